@@ -1,0 +1,97 @@
+// SPDX-License-Identifier: MIT
+// The tag table section of the project file, and the key of one addressed tag element.
+//
+//   section    = version:u32 count:u32 row{count} [descriptor]     begins 7 bytes after the table's position
+//   row        = length:u16 name:byte{length} device:u8 tag_id:u32 reserved2:u32
+//   descriptor = unused:u16 enable:u8 length:u16 password:byte{length}    only when bit 1 of version is set
+//
+// All numbers are little-endian.
+#pragma once
+
+#include <cstdint>
+#include <cstdio>
+#include <memory>
+#include <span>
+#include <string>
+#include <string_view>
+
+#include "driver/hostrecords.h"
+
+// Bits of the table's version word.
+inline constexpr std::uint32_t kVersionCharPairedStrings = 1;  // strings travel two characters a host word
+inline constexpr std::uint32_t kVersionDeviceDescriptor = 2;   // a device descriptor follows the rows
+
+struct device_descriptor {
+  bool enable_password = false;  // the PLC access password is to be used
+  std::string device_password;
+};
+
+class CTagTable {
+ public:
+  struct stTagInfo {
+    union {
+      char16_t* pString;
+      char* pStringA;
+    };  // the tag's path name, NUL-terminated, owned by the table
+    BYTE DeviceID;
+    DWORD Reserved;   // the tag id
+    DWORD Reserved2;  // read, not used
+    DWORD Reserved3;
+    BYTE SoftwareVersion;
+  };
+
+  CTagTable() = default;
+  CTagTable(const CTagTable&) = delete;
+  CTagTable& operator=(const CTagTable&) = delete;
+
+  // Reads the section that begins pos + 7 bytes (unsigned 32-bit sum) into the file. A file that cannot be
+  // opened leaves the table as it is. What a file that ends early lacks is zero or empty; a row that cannot
+  // be read whole has an empty name and zero numbers.
+  void Read(const char* pFileName, DWORD pos);
+
+  // The row at an index that the runtime chose; one outside the table is a row with an empty name and id 0.
+  // Never null; valid until the next Read.
+  const stTagInfo* Get(DWORD index) const;
+
+  // First row whose name equals this one byte for byte; -1 when none does.
+  INT get_index_by_name(const char* name) const;
+
+  device_descriptor get_device_descriptor() const { return m_device_descriptor; }
+
+  // Names are stored as 16-bit characters. Read always sets it to false, deliberately: the files hold 8-bit
+  // names.
+  BOOL m_bUseUNICODE = FALSE;
+  std::uint32_t version_ = 0;
+  stTagInfo* m_pTagInfo = nullptr;  // null when there are no rows
+  device_descriptor m_device_descriptor;
+  // Rows that the file announces. Of a file that ends early m_pTagInfo may hold fewer: go through Get.
+  UINT m_Counts = 0;
+
+  // Takes rows in file order from the bytes behind the count, and returns what lies behind the last row.
+  // Public for the sake of the 16-bit form, which no file reaches.
+  std::span<const BYTE> ReadRows(std::span<const BYTE> bytes, UINT count);
+
+ private:
+  void ReadDescriptor(std::span<const BYTE> bytes);
+
+  std::unique_ptr<stTagInfo[]> rows_;
+  UINT rows_held_ = 0;
+  std::unique_ptr<char16_t[]> names_;  // all names, each with its NUL; 16-bit units for the sake of alignment
+};
+
+// The key of one addressed tag element.
+struct stTag {
+  DWORD TagId;           // the row's tag id; takes no part in the order
+  INT TagIndex;          // row index
+  WORD ArrayIndex;       // element index, kNoArrayIndex for none
+  BYTE DataType;         // DATA_TYPE
+  const CHAR* pTagName;  // borrowed
+  signed char BitIndex;  // bit number within the value, -1 for the whole value
+
+  // By TagIndex, ArrayIndex, DataType, BitIndex, then the names as strcmp orders them.
+  bool operator<(const stTag& other) const;
+};
+
+// Fills *pTag from a tag data block, replacing the block's data type by its alternate one when there is one.
+// pTagName points into the table. Returns the element count.
+INT FillTagStruct(const CTagTable* pTable, stTag* pTag, BYTE* pData);

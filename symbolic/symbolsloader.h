@@ -1,0 +1,110 @@
+// SPDX-License-Identifier: MIT
+// One device's connection to its PLC: connection parameters, symbol tree, symbol cache file, and the symbolic
+// reads and writes that use the tree. Value bytes travel in the layout that bufferreader.h describes.
+//
+// The connection thread runs SetupDevice while the runtime's thread polls loader_state; reads and writes must
+// wait for Success. The tree handle is stored before Success is, and no lock guards either.
+#pragma once
+
+#include <map>
+#include <mutex>
+#include <string>
+#include <vector>
+
+#include "aglink/AGLink40.h"
+#include "symbolic/published.h"
+
+// The value bytes of one path of a batched read; empty when its own access failed.
+struct Values {
+  std::vector<unsigned char> datas;
+};
+
+class SymbolsLoader {
+ public:
+  enum loader_status_ : unsigned char {
+    Idle = 0,
+    Loading = 1,
+    Success = 2,
+    Error = 3,
+    Disconnect = 4,
+  };
+
+  SymbolsLoader() = default;
+  // Frees memory only: connection and symbol tree are left to the library's unloading.
+  ~SymbolsLoader() = default;
+  SymbolsLoader(const SymbolsLoader&) = delete;
+  SymbolsLoader& operator=(const SymbolsLoader&) = delete;
+
+  Published<loader_status_> loader_state = Idle;
+  std::string RemoteIP;                 // the PLC's IPv4 address as dotted text
+  Published<bool> bDisconnect = false;  // a batched read returned nothing
+  Published<bool> read_data_status = false;
+  std::vector<std::string> read_data_queue;
+  std::map<std::string, std::vector<unsigned char>> cache_data;
+  std::map<std::string, std::vector<unsigned char>> read_data_queue_filter;
+  std::vector<std::string> Queue;
+  HandleType root_schema_node = 0;  // 0: no symbol tree is loaded
+  // Number of the library's device, of its connection in every read and write, and of the cache file. Set it
+  // before SetupDevice or the cache file's path is used.
+  unsigned char station_id = 0;
+  std::string m_password;
+  bool m_enable_parameter = false;      // the password is sent after connecting
+  std::string tia_project_binary_data;  // stored only
+
+  void set_station_id(unsigned char id) { station_id = id; }
+  void set_password(const std::string& password) { m_password = password; }
+  void set_tia_project_binary(const std::string& data) { tia_project_binary_data = data; }
+  void set_enable_parameter(bool enable) { m_enable_parameter = enable; }
+
+  // Connects, logs in and loads the symbol tree, from the cache file if that loads and else from the PLC.
+  // Blocks for as long as the library does. Returns 1, with loader_state Success, or 0, with Error, when no
+  // tree could be loaded. A second call for the same device waits for the first.
+  int SetupDevice(std::string PLCIP);
+
+  // These three return the library's result: 0 on success. Saving without a tree returns -1048575.
+  int init_symbols_from_plc(int ConnNr, HandleType& RootNodeHandle) const;
+  int doSymbolic_LoadAGLinkSymbolsFromFile();
+  int doSymbolic_SaveAGLinkSymbolsToFile();
+
+  // /mnt/project/<station>_s71500_symbolic.ap
+  std::string GetSymbolsFilePath() const;
+  void RemoveSymbolsFile() const;
+
+  // Always closes device 0, connection 0, deliberately. Nobody calls it when a device closes.
+  void CloseHandle() const;
+
+  // Reads all paths in one library job. A path that failed inside a good job is present with empty datas; the
+  // map is empty when the whole job failed. ReadErrorcode is only ever set: to 1 when an access could not be
+  // prepared, to the library's result when the job failed.
+  std::map<std::string, Values> ReadMapMultiDataFromPlcByPath(const std::vector<std::string>& ITEMs,
+                                                              int& ReadErrorcode);
+
+  // One path; empty on any failure.
+  std::vector<unsigned char> ReadDataFromPlcByPath(const std::string& ITEM);
+
+  // The whole array behind an element path such as Matrix[1,2], with the element's linear position in it;
+  // empty, and the position untouched, on failure.
+  std::vector<unsigned char> ReadDataFromPlcByPathfor_multi_array_transfer(
+      const std::string& ITEM, unsigned long* multi_array_linear_index);
+
+  // Writes value bytes from element source_index on, trunk_size_for_byte bytes an element. True when the
+  // library accepted the job, whatever became of the single access in it.
+  bool WriteDataFromPlcByPath(const std::string& ITEM, const std::vector<unsigned char>& data,
+                              unsigned short source_index, unsigned char trunk_size_for_byte);
+
+ private:
+  std::mutex setup_;  // one SetupDevice at a time; the filters never take it
+};
+
+// Fills connection p_connection_index (0 to 3) of the library device's TCP/IP parameters and installs them. A
+// p_host of 64 characters or more aborts the process.
+void set_aglink_s7_tcp_ip_tia_paras(const char* p_host, int p_device_nr, int p_connection_index, int p_ag_nr,
+                                    int p_port, int p_timeout);
+
+// Time-outs in milliseconds. Neither tests a result: what failed shows in the symbol load.
+void agl_connect(const int& p_device, const int& p_agnr, const int& p_rack, const int& p_slot,
+                 int& p_connection, int p_timeout, int p_userval);
+void agl_disconnect(const int& p_device, const int& p_connection, int p_timeout, int p_userval);
+
+// The pieces between occurrences of a, empty ones included; empty text is one empty piece.
+std::vector<std::string> split(const std::string& strtem, char a);
