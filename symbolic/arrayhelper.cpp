@@ -1,0 +1,115 @@
+// SPDX-License-Identifier: MIT
+#include "symbolic/arrayhelper.h"
+
+#include <algorithm>
+#include <cstddef>
+#include <cstdint>
+
+#include "symbolic/errorhelper.h"
+
+namespace {
+
+// The runtime addresses an element by a 16-bit index, the widest takes 8 bytes, and a command takes at most
+// 4096 bytes from there. A longer fill, as a negative lower bound gives, cannot be told from this one.
+constexpr std::size_t kAddressableBytes = 65536 * 8 + 4096;
+
+}  // namespace
+
+bool IsMultiDimensionArray(std::string_view name) {
+  if (name.empty() || name.back() != ']') return false;
+  name.remove_suffix(1);
+  const std::size_t found = name.find_last_of(",[");
+  return found != std::string_view::npos && name[found] == ',';
+}
+
+std::string RemoveLastArraySymbol(std::string strTag) {
+  const std::size_t found_pos_start = strTag.rfind('[');
+  const std::size_t found_pos_end = strTag.rfind(']');
+  // For an empty text both sides are npos, deliberately: like a text without "[", it raises.
+  if (found_pos_end == strTag.size() - 1) {
+    // Erases as many characters as the "]" stands from the text's start, deliberately: of "[3]" the "]"
+    // remains.
+    strTag.erase(found_pos_start, found_pos_end);
+  }
+  return strTag;
+}
+
+bool get_array_description(HandleType root_schema_node, const std::string& tag_path,
+                           std::vector<unsigned>& lower_lim, std::vector<unsigned>& upper_lim) {
+  const std::string remove_array_Symbol = RemoveLastArraySymbol(tag_path);
+  HandleType arrayNodeHandle = 0;
+  agl_int32_t error_pos = 0;
+  // Not tested: without a node the next call fails. The node's handle is not freed, deliberately.
+  AGL_Symbolic_GetNodeByPath(root_schema_node, remove_array_Symbol.c_str(), &arrayNodeHandle, &error_pos);
+  agl_int32_t dimension_count = 0;
+  if (AGL_Symbolic_GetArrayDimensionCount(arrayNodeHandle, &dimension_count) != AGL40_SUCCESS) return false;
+  for (agl_int32_t i = 0; i < dimension_count; ++i) {
+    agl_int32_t lower = 0;
+    agl_int32_t upper = 0;
+    const agl_int32_t res = AGL_Symbolic_GetArrayDimension(arrayNodeHandle, i, &lower, &upper);
+    if (res != AGL40_SUCCESS) {
+      ErrorHelper::ShowError(res, "AGL_Symbolic_GetArrayDimension");
+      return false;
+    }
+    lower_lim.push_back(static_cast<unsigned>(lower));
+    upper_lim.push_back(static_cast<unsigned>(upper));
+  }
+  return true;
+}
+
+bool array_index_non_zero_start(const std::vector<unsigned>& lower) {
+  return std::any_of(lower.begin(), lower.end(), [](unsigned bound) { return bound != 0; });
+}
+
+unsigned get_non_zero_base_array_fill_size(const std::vector<unsigned>& lower,
+                                           const std::vector<unsigned>& upper) {
+  if (lower.empty()) return 0;
+  unsigned total = 0;
+  for (std::size_t i = 0; i + 1 < lower.size(); ++i) {
+    total =
+        lower[i] * (upper.at(i + 1) + 1);  // set, not added to, deliberately: the last two dimensions count
+  }
+  return total + lower.back();
+}
+
+std::vector<unsigned char> resize_data_include_an_array_index_to_zero_start(
+    unsigned element_size, const std::vector<unsigned char>& source_data, const std::vector<unsigned>& lower,
+    const std::vector<unsigned>& upper) {
+  const std::uint32_t fill = element_size * get_non_zero_base_array_fill_size(lower, upper);
+  std::vector<unsigned char> resize_data;
+  resize_data.reserve(std::min<std::size_t>(fill, kAddressableBytes) + source_data.size());
+  resize_data.resize(std::min<std::size_t>(fill, kAddressableBytes));
+  resize_data.insert(resize_data.end(), source_data.begin(), source_data.end());
+  return resize_data;
+}
+
+std::string ArrayHelper::ParseIndex(const HandleType& p_node) {
+  agl_int32_t index_size = 0;
+  agl_int32_t res = AGL_Symbolic_GetIndexSize(p_node, &index_size);
+  if (res != AGL40_SUCCESS) ErrorHelper::ShowError(res, "AGL_Symbolic_GetIndexSize");
+  std::string text = "[";
+  for (agl_int32_t i = 0; i < index_size; ++i) {
+    agl_int32_t value = 0;
+    res = AGL_Symbolic_GetIndex(p_node, i, &value);
+    if (res != AGL40_SUCCESS) ErrorHelper::ShowError(res, "AGL_Symbolic_GetIndex");
+    if (i > 0) text += ',';
+    text += std::to_string(value);
+  }
+  return text + "]";
+}
+
+std::string ArrayHelper::ParseArrayDimensions(const HandleType& p_node) {
+  agl_int32_t dimension_count = 0;
+  agl_int32_t res = AGL_Symbolic_GetArrayDimensionCount(p_node, &dimension_count);
+  if (res != AGL40_SUCCESS) ErrorHelper::ShowError(res, "AGL_Symbolic_GetArrayDimensionCount");
+  std::string text = "{";
+  for (agl_int32_t i = 0; i < dimension_count; ++i) {
+    agl_int32_t lower = 0;
+    agl_int32_t upper = 0;
+    res = AGL_Symbolic_GetArrayDimension(p_node, i, &lower, &upper);
+    if (res != AGL40_SUCCESS) ErrorHelper::ShowError(res, "AGL_Symbolic_GetArrayDimension");
+    if (i > 0) text += ',';
+    text += "{" + std::to_string(lower) + ".." + std::to_string(upper) + "}";
+  }
+  return text + "}";
+}

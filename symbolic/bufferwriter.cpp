@@ -1,0 +1,273 @@
+// SPDX-License-Identifier: MIT
+#include "symbolic/bufferwriter.h"
+
+#include <algorithm>
+#include <cstdint>
+#include <cstdio>
+#include <cstring>
+
+#include "symbolic/accessbuffer.h"
+#include "symbolic/assertion.h"
+#include "symbolic/errorhelper.h"
+
+namespace {
+
+constexpr AssertionPlace kUnknownValueType = {
+    "bufferwriter.cpp", 191,
+    "void BufferWriter::WriteBufferValue(SymbolicRW_t&, const size_t&, std::vector<unsigned char>, size_t)"};
+
+using Data = std::vector<unsigned char>;
+
+// The value at position + offset of data. The value must start inside data at position; what lies past its
+// end is zero.
+template <class T>
+T value_at(const Data& data, size_t position, size_t offset = 0) {
+  (void)data.at(position);
+  T value{};
+  const size_t start = position + offset;
+  if (start < data.size()) std::memcpy(&value, &data[start], std::min(sizeof value, data.size() - start));
+  return value;
+}
+
+template <class T>
+using Setter = agl_int32_t (*)(HandleType, void*, agl_int32_t, agl_int32_t, T);
+
+// The way of every value that one library function takes. Without a name a failure is not reported.
+template <class T>
+void write_value(Setter<T> set, const char* name, SymbolicRW_t& rw, size_t elementIndex, T value) {
+  const agl_int32_t res = set(rw.AccessHandle, rw.Buffer, length_of(rw), element_of(elementIndex), value);
+  if (res != AGL40_SUCCESS && name != nullptr) ErrorHelper::ShowError(res, name);
+}
+
+ValueType_t::enum_t value_type_of(const SymbolicRW_t& rw) {
+  ValueType_t::enum_t valueType = ValueType_t::vt_UNDEFINED;
+  if (AGL_Symbolic_GetAccessElementValueType(rw.AccessHandle, &valueType) != AGL40_SUCCESS) {
+    std::puts("AGL_Symbolic_GetAccessElementValueType ERROR");
+  }
+  return valueType;
+}
+
+SystemType_t::enum_t system_type_of(const SymbolicRW_t& rw) {
+  SystemType_t::enum_t systemType = SystemType_t::st_UNDEFINED;
+  AGL_Symbolic_GetAccessElementSystemType(rw.AccessHandle, &systemType);
+  return systemType;
+}
+
+// A failure is reported, and the size then counts as 0: a string without room is not written.
+agl_int32_t string_size_of(const SymbolicRW_t& rw) {
+  agl_int32_t StringSize = 0;
+  const agl_int32_t res = AGL_Symbolic_GetAccessStringSize(rw.AccessHandle, &StringSize);
+  if (res != AGL40_SUCCESS) ErrorHelper::ShowError(res, "AGL_Symbolic_GetAccessStringSize");
+  return StringSize;
+}
+
+void write_s5time(SymbolicRW_t& rw, size_t elementIndex, const Data& data, size_t writeIndex) {
+  constexpr agl_int32_t kRound = 1;
+  const agl_int32_t res = AGL_Symbolic_SetAccessBufferS7_S5TimeMs(
+      rw.AccessHandle, rw.Buffer, length_of(rw), element_of(elementIndex),
+      value_at<agl_uint32_t>(data, writeIndex), kRound);
+  if (res != AGL40_SUCCESS) ErrorHelper::ShowError(res, "AGL_Symbolic_SetAccessBufferS7_S5TimeMs");
+}
+
+void write_date_and_time(SymbolicRW_t& rw, size_t elementIndex, const Data& data, size_t writeIndex) {
+  const auto part = [&](size_t offset) { return value_at<agl_uint8_t>(data, writeIndex, offset); };
+  const agl_int32_t res = AGL_Symbolic_SetAccessBufferS7_Date_and_TimeParts(
+      rw.AccessHandle, rw.Buffer, length_of(rw), element_of(elementIndex),
+      value_at<agl_uint16_t>(data, writeIndex), part(2), part(3), part(4), part(5), part(6), part(7),
+      value_at<agl_uint16_t>(data, writeIndex, 8));
+  if (res != AGL40_SUCCESS) ErrorHelper::ShowError(res, "AGL_Symbolic_SetAccessBufferS7_Date_and_TimeParts");
+}
+
+void write_dtl(SymbolicRW_t& rw, size_t elementIndex, const Data& data, size_t writeIndex) {
+  const auto part = [&](size_t offset) { return value_at<agl_uint8_t>(data, writeIndex, offset); };
+  const agl_int32_t res = AGL_Symbolic_SetAccessBufferS7_DTLParts(
+      rw.AccessHandle, rw.Buffer, length_of(rw), element_of(elementIndex),
+      value_at<agl_uint16_t>(data, writeIndex), part(2), part(3), part(4), part(5), part(6), part(7),
+      value_at<agl_uint32_t>(data, writeIndex, 8));
+  if (res != AGL40_SUCCESS) ErrorHelper::ShowError(res, "AGL_Symbolic_SetAccessBufferS7_DTLParts");
+}
+
+}  // namespace
+
+void BufferWriter::WriteBufferValues(SymbolicRW_t& rws, const Data& data, unsigned short source_index,
+                                     unsigned char trunk_size_for_byte) {
+  agl_int32_t elementCount = 0;
+  AGL_Symbolic_GetAccessBufferElementCount(rws.AccessHandle, &elementCount);
+  if (rws.Result != AGL40_SUCCESS || rws.SError != 0) return;
+  const ValueType_t::enum_t valueType = value_type_of(rws);
+  if (valueType == ValueType_t::vt_STRING8 || valueType == ValueType_t::vt_STRING16) {
+    WriteBufferValue(rws, 0, data, data.size());
+    return;
+  }
+  const size_t units = trunk_size_for_byte == 0 ? 0 : data.size() / trunk_size_for_byte;
+  const auto end = static_cast<std::int32_t>(source_index + units);
+  size_t writeIndex = 0;
+  for (std::int32_t element = source_index; element < end; ++element, writeIndex += trunk_size_for_byte) {
+    // Against the first index only, deliberately: what lies beyond the count is the library's to reject.
+    if (elementCount >= source_index) WriteBufferValue(rws, static_cast<size_t>(element), data, writeIndex);
+  }
+}
+
+void BufferWriter::WriteBufferValue(SymbolicRW_t& rw, const size_t& elementIndex, const Data& data,
+                                    size_t writeIndex) {
+  switch (value_type_of(rw)) {
+    case ValueType_t::vt_SYSTEM_SPECIFIC:
+      return WriteSystemSpecific(rw, elementIndex, data, writeIndex);
+    case ValueType_t::vt_UINT8:
+      return WriteUint8(rw, elementIndex, data, writeIndex);
+    case ValueType_t::vt_UINT16:
+      return WriteUint16(rw, elementIndex, data, writeIndex);
+    case ValueType_t::vt_UINT32:
+      return WriteUint32(rw, elementIndex, data, writeIndex);
+    case ValueType_t::vt_UINT64:
+      return WriteUint64(rw, elementIndex, data, writeIndex);
+    case ValueType_t::vt_INT8:
+      return WriteInt8(rw, elementIndex, data, writeIndex);
+    case ValueType_t::vt_INT16:
+      return WriteInt16(rw, elementIndex, data, writeIndex);
+    case ValueType_t::vt_INT32:
+      return WriteInt32(rw, elementIndex, data, writeIndex);
+    case ValueType_t::vt_INT64:
+      return WriteInt64(rw, elementIndex, data, writeIndex);
+    case ValueType_t::vt_CHAR8:
+      return WriteChar8(rw, elementIndex, data, writeIndex);
+    case ValueType_t::vt_CHAR16:
+      return WriteChar16(rw, elementIndex, data, writeIndex);
+    case ValueType_t::vt_STRING8:
+      return WriteString8(rw, elementIndex, data, writeIndex);
+    case ValueType_t::vt_STRING16:
+      return WriteString16(rw, elementIndex, data, writeIndex);
+    case ValueType_t::vt_FLOAT32:
+      return WriteFloat32(rw, elementIndex, data, writeIndex);
+    case ValueType_t::vt_FLOAT64:
+      return WriteFloat64(rw, elementIndex, data, writeIndex);
+    default:
+      fail_assertion("false", kUnknownValueType);
+  }
+}
+
+void BufferWriter::WriteUint8(SymbolicRW_t& rw, const size_t& elementIndex, const Data& data,
+                              size_t writeIndex) {
+  // A Bool is judged by the first byte of the data wherever its element lies, deliberately.
+  const bool is_bool = system_type_of(rw) == SystemType_t::st_S7_Bool;
+  const agl_uint8_t value = is_bool ? data.at(0) != 0 : value_at<agl_uint8_t>(data, writeIndex);
+  write_value(AGL_Symbolic_SetAccessBufferUInt8, "AGL_Symbolic_SetAccessBufferUInt8", rw, elementIndex,
+              value);
+}
+
+void BufferWriter::WriteUint16(SymbolicRW_t& rw, const size_t& elementIndex, const Data& data,
+                               size_t writeIndex) {
+  const auto value = value_at<agl_uint16_t>(data, writeIndex);
+  // The first two bytes also go into the access buffer as they are, deliberately; the library's call may
+  // overwrite them.
+  const auto first = value_at<agl_uint16_t>(data, 0);
+  if (rw.Buffer != nullptr && rw.BufferLen > 0) {
+    std::memcpy(rw.Buffer, &first, std::min(sizeof first, static_cast<size_t>(rw.BufferLen)));
+  }
+  write_value<agl_uint16_t>(AGL_Symbolic_SetAccessBufferUInt16, "AGL_Symbolic_SetAccessBufferUInt16", rw,
+                            elementIndex, value);
+}
+
+void BufferWriter::WriteUint32(SymbolicRW_t& rw, const size_t& elementIndex, const Data& data,
+                               size_t writeIndex) {
+  write_value(AGL_Symbolic_SetAccessBufferUInt32, "AGL_Symbolic_SetAccessBufferUint32", rw, elementIndex,
+              value_at<agl_uint32_t>(data, writeIndex));
+}
+
+void BufferWriter::WriteUint64(SymbolicRW_t& rw, const size_t& elementIndex, const Data& data,
+                               size_t writeIndex) {
+  write_value(AGL_Symbolic_SetAccessBufferUInt64, "AGL_Symbolic_SetAccessBufferUInt64", rw, elementIndex,
+              value_at<agl_uint64_t>(data, writeIndex));
+}
+
+void BufferWriter::WriteInt8(SymbolicRW_t& rw, const size_t& elementIndex, const Data& data,
+                             size_t writeIndex) {
+  write_value(AGL_Symbolic_SetAccessBufferInt8, "AGL_Symbolic_SetAccessBufferInt8", rw, elementIndex,
+              value_at<agl_int8_t>(data, writeIndex));
+}
+
+// Failures of this one and of the two reals go unreported, deliberately.
+void BufferWriter::WriteInt16(SymbolicRW_t& rw, const size_t& elementIndex, const Data& data,
+                              size_t writeIndex) {
+  write_value(AGL_Symbolic_SetAccessBufferInt16, nullptr, rw, elementIndex,
+              value_at<agl_int16_t>(data, writeIndex));
+}
+
+void BufferWriter::WriteInt32(SymbolicRW_t& rw, const size_t& elementIndex, const Data& data,
+                              size_t writeIndex) {
+  write_value(AGL_Symbolic_SetAccessBufferInt32, "AGL_Symbolic_SetAccessBufferInt32", rw, elementIndex,
+              value_at<agl_int32_t>(data, writeIndex));
+}
+
+void BufferWriter::WriteInt64(SymbolicRW_t& rw, const size_t& elementIndex, const Data& data,
+                              size_t writeIndex) {
+  write_value(AGL_Symbolic_SetAccessBufferInt64, "AGL_Symbolic_SetAccessBufferInt64", rw, elementIndex,
+              value_at<agl_int64_t>(data, writeIndex));
+}
+
+void BufferWriter::WriteFloat32(SymbolicRW_t& rw, const size_t& elementIndex, const Data& data,
+                                size_t writeIndex) {
+  write_value(AGL_Symbolic_SetAccessBufferFloat32, nullptr, rw, elementIndex,
+              value_at<agl_float32_t>(data, writeIndex));
+}
+
+void BufferWriter::WriteFloat64(SymbolicRW_t& rw, const size_t& elementIndex, const Data& data,
+                                size_t writeIndex) {
+  write_value(AGL_Symbolic_SetAccessBufferFloat64, nullptr, rw, elementIndex,
+              value_at<agl_float64_t>(data, writeIndex));
+}
+
+void BufferWriter::WriteChar8(SymbolicRW_t& rw, const size_t& elementIndex, const Data& data,
+                              size_t writeIndex) {
+  write_value(AGL_Symbolic_SetAccessBufferChar8, "AGL_Symbolic_SetAccessBufferChar8", rw, elementIndex,
+              value_at<agl_char8_t>(data, writeIndex));
+}
+
+// A 16-bit character is not written, deliberately.
+void BufferWriter::WriteChar16(SymbolicRW_t&, const size_t&, const Data&, size_t) {}
+
+void BufferWriter::WriteString8(SymbolicRW_t& rw, const size_t& elementIndex, const Data& data, size_t) {
+  if (string_size_of(rw) <= 0) return;
+  // As long as the data, zeros and all, and not limited to the declared size, deliberately.
+  auto count = static_cast<agl_int32_t>(data.size());
+  const auto* text = reinterpret_cast<const agl_char8_t*>(&data.at(0));
+  // Two zero bytes are the host's empty string. One zero byte alone raises, deliberately.
+  if (data[0] == 0 && data.at(1) == 0 && data.size() == 2) {
+    text = "";
+    count = 0;
+  }
+  const agl_int32_t res = AGL_Symbolic_SetAccessBufferString8(rw.AccessHandle, rw.Buffer, length_of(rw),
+                                                              element_of(elementIndex), text, count);
+  if (res != AGL40_SUCCESS) ErrorHelper::ShowError(res, "AGL_Symbolic_SetAccessBufferString8");
+}
+
+void BufferWriter::WriteString16(SymbolicRW_t& rw, const size_t& elementIndex, const Data& data, size_t) {
+  if (string_size_of(rw) <= 0) return;
+  (void)data.at(0);
+  // The count handed over is one of bytes, deliberately: twice the characters. The text is as long as it
+  // says.
+  std::vector<agl_char16_t> text(data.size());
+  std::memcpy(text.data(), data.data(), data.size());
+  const agl_int32_t res = AGL_Symbolic_SetAccessBufferString16(rw.AccessHandle, rw.Buffer, length_of(rw),
+                                                               element_of(elementIndex), text.data(),
+                                                               static_cast<agl_int32_t>(data.size()));
+  // The 8-bit function's name, deliberately.
+  if (res != AGL40_SUCCESS) ErrorHelper::ShowError(res, "AGL_Symbolic_SetAccessBufferString8");
+}
+
+void BufferWriter::WriteSystemSpecific(SymbolicRW_t& rw, const size_t& elementIndex, const Data& data,
+                                       size_t writeIndex) {
+  switch (system_type_of(rw)) {
+    case SystemType_t::st_S7_Counter:
+      return write_value(AGL_Symbolic_SetAccessBufferS7_Counter, "AGL_Symbolic_SetAccessBufferS7_Counter", rw,
+                         elementIndex, value_at<agl_uint16_t>(data, writeIndex));
+    case SystemType_t::st_S7_S5Time:
+      return write_s5time(rw, elementIndex, data, writeIndex);
+    case SystemType_t::st_S7_Date_And_Time:
+      return write_date_and_time(rw, elementIndex, data, writeIndex);
+    case SystemType_t::st_S7_DTL:
+      return write_dtl(rw, elementIndex, data, writeIndex);
+    default:
+      return;  // silently, deliberately: the reader aborts here
+  }
+}

@@ -1,0 +1,150 @@
+// SPDX-License-Identifier: MIT
+// Reads by path: a whole poll in one library job, one path, and the array behind an element path.
+#include <cstdio>
+#include <sstream>
+
+#include "symbolic/accessbuffer.h"
+#include "symbolic/arrayhelper.h"
+#include "symbolic/bufferreader.h"
+#include "symbolic/symbolsloader.h"
+
+namespace {
+
+constexpr agl_int32_t kReadTimeout = 5000;  // milliseconds
+
+// Creates the access and its buffer. What fails stays in the job with whatever handle and size the library
+// left: the library reports it in the job's own Result.
+ZeroedMemory prepare_access(HandleType root, const std::string& path, SymbolicRW_t& rw, int& ReadErrorcode) {
+  agl_int32_t errorPosition = 0;
+  if (AGL_Symbolic_CreateAccessByPath(root, path.c_str(), &rw.AccessHandle, &errorPosition) !=
+      AGL40_SUCCESS) {
+    std::puts("AGL_Symbolic_CreateAccessByPath");
+    std::printf("AGL_Symbolic_CreateAccessByPath ITEMs.at(i).c_str() = %s\n", path.c_str());
+    ReadErrorcode = 1;
+  }
+  agl_int32_t bufferSize = 0;
+  if (AGL_Symbolic_GetAccessBufferSize(rw.AccessHandle, &bufferSize) != AGL40_SUCCESS) {
+    std::puts("AGL_Symbolic_GetAccessBufferSize");
+    std::printf("AGL_Symbolic_GetAccessBufferSize ITEMs.at(i).c_str() = %s\n", path.c_str());
+    ReadErrorcode = 1;
+  }
+  return attach_buffer(rw, bufferSize);
+}
+
+// A one-dimensional array that does not start at 0, as seen from index 0; everything else as it is. Arrays of
+// several dimensions are never re-based, deliberately.
+std::vector<unsigned char> rebase_to_zero(HandleType root, const std::string& path, agl_int32_t element_size,
+                                          std::vector<unsigned char> data) {
+  std::vector<unsigned> lower;
+  std::vector<unsigned> upper;
+  if (get_array_description(root, path, lower, upper) && array_index_non_zero_start(lower) &&
+      lower.size() == 1) {
+    return resize_data_include_an_array_index_to_zero_start(static_cast<unsigned>(element_size), data, lower,
+                                                            upper);
+  }
+  return data;
+}
+
+std::vector<unsigned char> take_values(HandleType root, const std::string& path, const SymbolicRW_t& rw) {
+  std::vector<unsigned char> data;
+  BufferReader::GetBufferValues(rw, data);
+  agl_int32_t element_size = 0;
+  AGL_Symbolic_GetAccessBufferElementSize(rw.AccessHandle, &element_size);
+  return rebase_to_zero(root, path, element_size, std::move(data));
+}
+
+// The indices of the last bracket group; a piece without a number counts as 0.
+std::vector<agl_int32_t> indices_of(const std::string& path) {
+  const std::size_t start = path.rfind('[');
+  const std::size_t end = path.rfind(']');
+  std::vector<agl_int32_t> indices;
+  if (start == std::string::npos || end == std::string::npos) return indices;
+  for (const std::string& piece : split(path.substr(start + 1, end - start - 1), ',')) {
+    agl_int32_t index = 0;
+    std::istringstream(piece) >> index;
+    indices.push_back(index);
+  }
+  return indices;
+}
+
+}  // namespace
+
+std::map<std::string, Values> SymbolsLoader::ReadMapMultiDataFromPlcByPath(
+    const std::vector<std::string>& ITEMs, int& ReadErrorcode) {
+  std::map<std::string, Values> result_data;
+  std::vector<SymbolicRW_t> rws(ITEMs.size());
+  std::vector<ZeroedMemory> buffers(ITEMs.size());
+  for (std::size_t i = 0; i < ITEMs.size(); ++i) {
+    buffers[i] = prepare_access(root_schema_node, ITEMs[i], rws[i], ReadErrorcode);
+  }
+
+  agl_int32_t sError = 0;
+  const agl_int32_t result = AGL_Symbolic_ReadMixEx(
+      station_id, rws.data(), static_cast<agl_int32_t>(rws.size()), &sError, kReadTimeout, 0);
+  if (result != AGL40_SUCCESS) {
+    std::printf("result = %x\n", static_cast<unsigned>(result));
+    std::printf("sError = %x\n", static_cast<unsigned>(sError));
+    std::printf("rws.size() = %d\n", static_cast<int>(rws.size()));
+    ReadErrorcode = result;
+  } else {
+    for (std::size_t j = 0; j < ITEMs.size(); ++j) {
+      // Of a path that occurs twice the first occurrence wins, here and below.
+      Values values;
+      if (rws[j].Result == AGL40_SUCCESS) values.datas = take_values(root_schema_node, ITEMs[j], rws[j]);
+      result_data.try_emplace(ITEMs[j], std::move(values));
+    }
+  }
+  for (const SymbolicRW_t& rw : rws) AGL_Symbolic_FreeHandle(rw.AccessHandle);
+  return result_data;
+}
+
+std::vector<unsigned char> SymbolsLoader::ReadDataFromPlcByPath(const std::string& ITEM) {
+  SymbolicRW_t rw{};
+  agl_int32_t error_pos = 0;
+  if (AGL_Symbolic_CreateAccessByPath(root_schema_node, ITEM.c_str(), &rw.AccessHandle, &error_pos) !=
+      AGL40_SUCCESS) {
+    return {};
+  }
+  agl_int32_t dataSize = 0;
+  if (AGL_Symbolic_GetAccessBufferSize(rw.AccessHandle, &dataSize) != AGL40_SUCCESS) {
+    AGL_Symbolic_FreeHandle(rw.AccessHandle);
+    return {};
+  }
+  const ZeroedMemory buffer = attach_buffer(rw, dataSize);
+  agl_int32_t serror = 0;
+  // The job's result alone decides; that of the single access goes unseen here, deliberately.
+  if (AGL_Symbolic_ReadMixEx(station_id, &rw, 1, &serror, kReadTimeout, 0) != AGL40_SUCCESS) {
+    AGL_Symbolic_FreeHandle(rw.AccessHandle);
+    return {};
+  }
+  std::vector<unsigned char> data;
+  BufferReader::GetBufferValues(rw, data);
+  agl_int32_t element_size = 0;
+  AGL_Symbolic_GetAccessBufferElementSize(rw.AccessHandle, &element_size);
+  AGL_Symbolic_FreeHandle(rw.AccessHandle);
+  return rebase_to_zero(root_schema_node, ITEM, element_size, std::move(data));
+}
+
+std::vector<unsigned char> SymbolsLoader::ReadDataFromPlcByPathfor_multi_array_transfer(
+    const std::string& ITEM, unsigned long* multi_array_linear_index) {
+  const std::string remove_array_Symbol = RemoveLastArraySymbol(ITEM);
+  HandleType arrayNodeHandle = 0;  // not freed on any path, deliberately
+  agl_int32_t error_pos = 0;
+  if (AGL_Symbolic_GetNodeByPath(root_schema_node, remove_array_Symbol.c_str(), &arrayNodeHandle,
+                                 &error_pos) != AGL40_SUCCESS) {
+    std::puts("AGL_Symbolic_GetNodeByPath error ");
+    AGL_Symbolic_FreeHandle(0);  // the zero handle, deliberately, here and below
+    return {};
+  }
+  const std::vector<agl_int32_t> index = indices_of(ITEM);
+  agl_int32_t linindex = 0;
+  if (AGL_Symbolic_GetArrayIndexAsLinearIndex(arrayNodeHandle, index.data(),
+                                              static_cast<agl_int32_t>(index.size()),
+                                              &linindex) != AGL40_SUCCESS) {
+    std::puts("Symbolic_CreateArrayAccessByIndex error ");
+    AGL_Symbolic_FreeHandle(0);
+    return {};
+  }
+  *multi_array_linear_index = static_cast<unsigned long>(linindex);
+  return ReadDataFromPlcByPath(remove_array_Symbol);
+}
