@@ -19,11 +19,11 @@ extern "C" {
 // opened. An earlier handle is not closed: every call adds one to the library's reference count.
 AGL_EXPORT agl_int32_t LoadDll();
 
-// The same for one given file only, and silent but for the line that LoadFunctions prints.
+// The same for one given file only, path being its name (not null), without the banner.
 AGL_EXPORT agl_int32_t LoadDllByPath(const char* path);
 
-// Resolves all functions again from the library that is open. Returns 1, also when names are missing (their
-// pointers become null), or -1 without touching a pointer when no library is open.
+// Resolves all functions again from the library that is open, printing "loadfunction 2". Returns 1, also when
+// names are missing (their pointers become null), or -1 without touching a pointer when no library is open.
 AGL_EXPORT agl_int32_t LoadFunctions();
 
 // The functions. Those declared with (...) have parameters that this project does not know: cast the address
@@ -36,8 +36,8 @@ AGL_EXPORT agl_int32_t LoadFunctions();
 
 // The library's own function behind each, null while it is not resolved. Look them up with dlsym from outside
 // the driver: a program that refers to one at link time may get a copy that is never filled.
-#define AGL_FUNCTION(Result, Name, Failure, Lookup, Parameters) extern AGL_EXPORT decltype(&Name) p##Name;
-#define AGL_LOCAL_FUNCTION(Result, Name, Parameters) extern AGL_EXPORT decltype(&Name) p##Name;
+#define AGL_FUNCTION(Result, Name, Failure, Lookup, Parameters) extern AGL_EXPORT decltype(&(Name)) p##Name;
+#define AGL_LOCAL_FUNCTION(Result, Name, Parameters) extern AGL_EXPORT decltype(&(Name)) p##Name;
 #include "aglink/functions.def"
 
 }  // extern "C"

@@ -35,7 +35,7 @@ struct SystemType_t {
   enum enum_t : agl_int32_t {
     st_UNDEFINED = -1,
     st_UNKNOWN = 0,
-#define AGL_SYSTEM_TYPE(Name, Value) Name = Value,
+#define AGL_SYSTEM_TYPE(Name, Value) Name = (Value),
 #include "aglink/systemtype.def"
     st_NCK840D_UNKNOWN = 2000,
   };
