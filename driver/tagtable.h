@@ -13,9 +13,10 @@
 #include <memory>
 #include <span>
 #include <string>
-#include <string_view>
+#include <vector>
 
 #include "driver/hostrecords.h"
+#include "driver/sectionreader.h"
 
 // Bits of the table's version word.
 inline constexpr std::uint32_t kVersionCharPairedStrings = 1;  // strings travel two characters a host word
@@ -67,16 +68,21 @@ class CTagTable {
   // Rows that the file announces. Of a file that ends early m_pTagInfo may hold fewer: go through Get.
   UINT m_Counts = 0;
 
-  // Takes rows in file order from the bytes behind the count, and returns what lies behind the last row.
-  // Public for the sake of the 16-bit form, which no file reaches.
-  std::span<const BYTE> ReadRows(std::span<const BYTE> bytes, UINT count);
+  // Takes count rows from bytes, as Read does from a file. Public for the sake of the 16-bit form, which no
+  // file reaches.
+  void ReadRows(std::span<const BYTE> bytes, UINT count);
 
  private:
-  void ReadDescriptor(std::span<const BYTE> bytes);
+  void ReadRows(SectionReader& reader, std::size_t most_rows);
+  bool ReadRow(SectionReader& reader, stTagInfo& row);
+  void ReadDescriptor(SectionReader& reader);
+  char16_t* NewName(std::size_t units);
 
-  std::unique_ptr<stTagInfo[]> rows_;
-  UINT rows_held_ = 0;
-  std::unique_ptr<char16_t[]> names_;  // all names, each with its NUL; 16-bit units for the sake of alignment
+  std::vector<stTagInfo> rows_;
+  // Names lie one behind the other in blocks that never move; 16-bit units for the sake of alignment.
+  std::vector<std::unique_ptr<char16_t[]>> name_blocks_;
+  std::size_t units_left_ = 0;  // in the last block
+  char16_t* next_name_ = nullptr;
 };
 
 // The key of one addressed tag element.

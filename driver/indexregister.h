@@ -1,0 +1,14 @@
+// SPDX-License-Identifier: MIT
+// Tag names whose array index the runtime supplies: Motor[INDEX].Speed.
+#pragma once
+
+#include <string>
+#include <string_view>
+
+#include "driver/hostrecords.h"
+
+// Writes name with its placeholder replaced by "[" array_index "]" into *result. The placeholder reaches from
+// the last
+// "[" to the first "INDEX]". False, and result untouched, without one; std::out_of_range when no "[" stands
+// before it.
+bool substitute_index(std::string_view name, WORD array_index, std::string& result);

@@ -1,0 +1,173 @@
+// SPDX-License-Identifier: MIT
+// From queued read commands to values in the runtime's records: one packed step a call, one library job a
+// step.
+#include <algorithm>
+#include <cstdio>
+#include <span>
+#include <string>
+#include <vector>
+
+#include "driver/arrayelement.h"
+#include "driver/driver.h"
+#include "driver/valueconversion.h"
+
+namespace {
+
+constexpr BYTE kOk = 0;
+constexpr BYTE kNoData = 2;
+constexpr BYTE kAskAgain = 13;
+constexpr BYTE kStatus = 5;
+
+using Records = std::span<INPUT_DATA>;
+using ResultData = std::map<std::string, Values>;
+
+void answer_ask_again(Records records) {
+  for (INPUT_DATA& record : records) {
+    record.byErrCode = kAskAgain;
+    record.byCurSysStatus = kStatus;
+  }
+}
+
+// The status that a record holds stays, deliberately.
+void answer_no_data(Records records) {
+  for (INPUT_DATA& record : records) record.byErrCode = kNoData;
+}
+
+// A string array's element is read by a path of its own.
+void name_string_element(stCmdDesc& command) {
+  if (command.DataType == DT_STRING && command.ArrayIndex != kNoArrayIndex &&
+      !IsMultiDimensionArray(command.tag_name)) {
+    command.tag_name = with_index(without_index(command.tag_name), command.ArrayIndex);
+  }
+}
+
+// The distinct paths of the current step, in queue order. Nothing is unlinked yet.
+std::vector<std::string> collect_paths(GData& device) {
+  std::vector<std::string> paths;
+  stCmdDesc* command = device.pGCmdQueue;
+  for (UINT i = 0; i < device.GPackSize[device.GCurrentStep] && command != nullptr; ++i) {
+    std::ranges::fill(command->DataBuffer, BYTE{0});
+    if (command->use_index_register) {
+      command->ArrayIndex = kNoArrayIndex;
+    } else {
+      name_string_element(*command);
+    }
+    if (std::ranges::find(paths, command->tag_name) == paths.end()) paths.push_back(command->tag_name);
+    command = command->pNext;
+  }
+  return paths;
+}
+
+ResultData read_step(GData& device) {
+  const std::vector<std::string> paths = collect_paths(device);
+  int error_code = 0;
+  ResultData result_data = device.GsymbolsParser.ReadMapMultiDataFromPlcByPath(paths, error_code);
+  if (result_data.empty()) {
+    std::printf("read_error_code = %x,queue_size = %d\n", static_cast<unsigned>(error_code),
+                static_cast<int>(paths.size()));
+    std::printf("result_data.size()  = %x\n", static_cast<unsigned>(result_data.size()));
+    device.GsymbolsParser.bDisconnect = true;
+  } else {
+    device.device_connect_state = true;
+  }
+  return result_data;
+}
+
+void convert(stCmdDesc& command, const ResultData& result_data, std::uint32_t table_version) {
+  const auto found = result_data.find(command.tag_name);
+  std::ranges::fill(command.DataBuffer, BYTE{0});
+  command.Cmd_Status = found != result_data.end() && !found->second.datas.empty();
+  if (!command.Cmd_Status) return;
+  // Without an index of its own the value starts where the data starts; else it is picked out of the whole
+  // array.
+  const bool whole = command.ArrayIndex == kNoArrayIndex || command.DataType == DT_STRING ||
+                     IsMultiDimensionArray(command.tag_name);
+  fill_data_buffer(command, found->second.datas, whole ? WORD{0} : command.ArrayIndex, table_version);
+}
+
+void disconnect(GData& device, Records records) {
+  answer_no_data(records);
+  device.read_device_state = false;
+  device.write_device_state = false;
+  device.device_connect_state = false;
+  device.GsymbolsParser.loader_state = SymbolsLoader::Error;
+  device.pGCmdQueue = nullptr;
+  device.GCmdCounts = 0;
+  device.GTotalStep = 0;
+  device.GCurrentStep = 0;
+  device.LOADER_PROJECT = 0;
+  device.GsymbolsParser.RemoveSymbolsFile();  // the next connection loads the symbols from the PLC
+}
+
+// Converts the current step's commands and unlinks them. False when the connection is found lost.
+bool convert_step(GData& device, const ResultData& result_data) {
+  const UINT count = device.GPackSize[device.GCurrentStep];
+  for (UINT i = 0; i < count && device.pGCmdQueue != nullptr; ++i) {
+    if (device.GsymbolsParser.bDisconnect) return false;
+    stCmdDesc& command = *device.pGCmdQueue;
+    convert(command, result_data, device.GTagTable.version_);
+    device.pGCmdQueue = command.pNext;
+    --device.GCmdCounts;
+  }
+  return true;
+}
+
+void deliver(stCmdDesc& command, std::uint32_t table_version, INPUT_DATA& record) {
+  if (!command.Cmd_Status) {
+    record.byErrCode = kNoData;
+  } else if (command.BitIndex == -1) {
+    deliver_words(command, table_version, record);
+  } else if (command.BitIndex >= 0) {
+    deliver_bits(command.DataBuffer, command.DataType, command.BitIndex, command.ElementCounts, record);
+  }
+}
+
+void fill_records(GData& device, Records records, const DEVICE_INFO* infos) {
+  const std::size_t served = std::min<std::size_t>(records.size(), kCommandPoolSize);
+  for (std::size_t i = 0; i < served; ++i) {
+    stCmdDesc& command = device.GCmdDesc[i];
+    if (command.nCmdIndex >= records.size()) continue;
+    INPUT_DATA& record = records[command.nCmdIndex];
+    record.byErrCode = kOk;
+    record.byCurSysStatus = kStatus;
+    record.nLength = infos[command.nCmdIndex].nReadWORDSize;
+    deliver(command, device.GTagTable.version_, record);
+  }
+  answer_no_data(records.subspan(served));
+}
+
+void answer_read(GData& device, Records records, const DEVICE_INFO* infos) {
+  if (device.pGCmdQueue == nullptr) return answer_ask_again(records);
+  const ResultData result_data = read_step(device);
+  if (!convert_step(device, result_data)) return disconnect(device, records);
+  ++device.GCurrentStep;
+  if (device.GCurrentStep < device.GTotalStep) return answer_ask_again(records);
+  fill_records(device, records, infos);
+  device.GTotalStep = 0;
+  device.GCurrentStep = 0;
+}
+
+}  // namespace
+
+void KORVALE_DRV_InputFilterEx(INPUT_DATA* pstInput, FRAME_DATA* pstFrameData, DEVICE_INFO* pstDeviceInfo,
+                               int nCmdCount) {
+  if (nCmdCount <= 0) return;
+  GData& device = *device_of(pstDeviceInfo[0].pdwMemAddr);
+  if (device.GOffLineSim != FALSE) {
+    return KORVALE_DRV_InputFilterExOffLine(pstInput, pstFrameData, pstDeviceInfo, nCmdCount);
+  }
+  const Records records(pstInput, static_cast<std::size_t>(nCmdCount));
+  records[0].byErrCode = kOk;
+  records[0].byCurSysStatus = kStatus;
+  records[0].nLength = 0;
+  const SymbolsLoader::loader_status_ state = device.GsymbolsParser.loader_state;
+  if (state == SymbolsLoader::Loading) return answer_no_data(records);
+  if (state == SymbolsLoader::Idle) return answer_ask_again(records);
+  if (pstDeviceInfo[0].bRead == FALSE || state != SymbolsLoader::Success) {
+    // The whole answer to a write, also to one that failed, deliberately.
+    device.GTotalStep = 0;
+    device.GCurrentStep = 0;
+    return;
+  }
+  answer_read(device, records, pstDeviceInfo);
+}

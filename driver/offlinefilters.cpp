@@ -1,0 +1,156 @@
+// SPDX-License-Identifier: MIT
+// Offline simulation: one 64-bit value per tag element in the device's GMap stands for the PLC. What was
+// never written reads as 0.
+#include <algorithm>
+#include <cstdlib>
+#include <cstring>
+#include <string>
+#include <string_view>
+
+#include "driver/arrayelement.h"
+#include "driver/datatypes.h"
+#include "driver/driver.h"
+#include "driver/valueconversion.h"
+
+namespace {
+
+constexpr BYTE kFrameStatus = 8;
+constexpr BYTE kInputStatus = 5;
+constexpr std::size_t kBufferWords = kDataBufferSize / sizeof(WORD);
+
+FRAME_DATA empty_frame() {
+  FRAME_DATA frame{};
+  frame.byCurSysStatus = kFrameStatus;
+  return frame;
+}
+
+// The index that a string's name ends with; a name without one counts as 0.
+long index_in_name(std::string_view name) {
+  const std::size_t open = name.rfind('[');
+  const std::size_t close = name.rfind(']');
+  if (open == std::string_view::npos || close == std::string_view::npos) return 0;
+  const std::string text(name.substr(open + 1, close - open - 1));
+  return std::strtol(text.c_str(), nullptr, 10);
+}
+
+// A string element whose name says another index than the request's is known by its own name and table row.
+void rename_string_element(GData& device, stTag& tag) {
+  const std::string_view name = tag.pTagName;
+  if (tag.DataType != DT_STRING || IsMultiDimensionArray(name)) return;
+  const long index = index_in_name(name);
+  if (index == kNoArrayIndex || index == tag.ArrayIndex) return;
+  const auto rebuilt = device.rebuilt_names.insert(with_index(without_index(name), tag.ArrayIndex)).first;
+  tag.pTagName = rebuilt->c_str();
+  tag.TagIndex = device.GTagTable.get_index_by_name(tag.pTagName);
+}
+
+// Reads the elements of one request into its command's buffer.
+void read_request(GData& device, GUI_REQUEST& request, stCmdDesc& command) {
+  stTag tag{};
+  const INT count = FillTagStruct(&device.GTagTable, &tag, request.byDriverData);
+  command.DataType = tag.DataType;
+  command.ElementCounts = static_cast<USHORT>(count);
+  command.BitIndex = tag.BitIndex;
+  tag.BitIndex = -1;  // all bits of one element share one entry
+  rename_string_element(device, tag);
+
+  const std::size_t words = data_type_info(tag.DataType).offline_words;
+  std::size_t position = 0;
+  for (INT i = 0; i < count; ++i, position += words, ++tag.ArrayIndex) {
+    const std::uint64_t value = device.GMap.try_emplace(tag, 0).first->second;
+    if (words == 0 || position >= kBufferWords) continue;
+    // A 32-bit element stores all 8 bytes and is overwritten from its middle by the next one, deliberately.
+    const std::size_t bytes = words == 1 ? sizeof(WORD) : sizeof value;
+    std::memcpy(command.DataBuffer + position * sizeof(WORD), &value,
+                std::min(bytes, kDataBufferSize - position * sizeof(WORD)));
+  }
+}
+
+void write_bit(GData& device, stTag tag, BYTE bit_value) {
+  const int bit = tag.BitIndex & 31;
+  tag.BitIndex = -1;
+  // Sign-extended, deliberately: bit 31 stands for bits 31 to 63.
+  const auto mask = static_cast<std::uint64_t>(std::int64_t{static_cast<std::int32_t>(1U << bit)});
+  std::uint64_t& value = device.GMap[tag];
+  value = bit_value != 0 ? value | mask : value & ~mask;
+}
+
+// The value of element i of a word write; running is the element's before it.
+std::uint64_t element_value(const GUI_REQUEST& request, BYTE data_type, std::size_t i,
+                            std::uint64_t running) {
+  if (data_type == DT_BITARY || data_type == DT_BOOL) return request.stCommand.stBitWrite.byData;
+  const std::size_t words = data_type_info(data_type).offline_words;
+  const std::size_t first = i * words;
+  if (words == 0 || first + words > kRecordWords) return running;
+  const WORD* source = request.stCommand.stWORDWrite.wData + first;
+  // The upper half of a 32-bit element keeps what the one before it left, deliberately.
+  std::memcpy(&running, source, words * sizeof(WORD));
+  if (words == 1) running &= 0xFFFF;
+  return running;
+}
+
+void write_words(GData& device, const GUI_REQUEST& request, stTag tag, INT count) {
+  rename_string_element(device, tag);
+  std::uint64_t value = 0;
+  for (INT i = 0; i < count; ++i, ++tag.ArrayIndex) {
+    value = element_value(request, tag.DataType, static_cast<std::size_t>(i), value);
+    device.GMap.insert_or_assign(tag, value);
+  }
+}
+
+void deliver(const stCmdDesc& command, INPUT_DATA& record) {
+  if (command.BitIndex == -1) {
+    const std::size_t words =
+        std::size_t{command.ElementCounts} * data_type_info(command.DataType).offline_words;
+    std::memcpy(record.wData, command.DataBuffer, std::min(words, kBufferWords) * sizeof(WORD));
+  } else {
+    // Of a bit number below -1 the lowest five bits count.
+    deliver_bits(command.DataBuffer, command.DataType, command.BitIndex & 31, command.ElementCounts, record);
+  }
+}
+
+}  // namespace
+
+FRAME_DATA KORVALE_DRV_OutputFilterExOffLine(GUI_REQUEST* pstCurQueueData, int nCmdCount) {
+  if (nCmdCount <= 0) return empty_frame();
+  GUI_REQUEST& request = pstCurQueueData[0];
+  GData& device = *device_of(request.pdwMemAddr);
+  const BYTE function = request.stCmdType.byFunCode;
+  if (function == kFunctionWordWrite || function == kFunctionBitWrite) {
+    stTag tag{};
+    const INT count = FillTagStruct(&device.GTagTable, &tag, request.byDriverData);
+    if (tag.BitIndex != -1) {
+      write_bit(device, tag, request.stCommand.stBitWrite.byData);
+    } else {
+      write_words(device, request, tag, count);
+    }
+    return empty_frame();
+  }
+  for (int i = 0; i < std::min(nCmdCount, kCommandPoolSize); ++i) {
+    read_request(device, pstCurQueueData[i], device.GCmdDesc[i]);
+  }
+  request.nResponseLength = 0;
+  request.byWaitResponse = 0;
+  return empty_frame();
+}
+
+void KORVALE_DRV_InputFilterExOffLine(INPUT_DATA* pstInput, FRAME_DATA*, DEVICE_INFO* pstDeviceInfo,
+                                      int nCmdCount) {
+  if (nCmdCount <= 0) return;
+  const GData& device = *device_of(pstDeviceInfo[0].pdwMemAddr);
+  pstInput[0].byErrCode = 0;
+  pstInput[0].byCurSysStatus = kInputStatus;
+  pstInput[0].nLength = 0;
+  if (pstDeviceInfo[0].bRead == FALSE) return;
+  for (int i = 0; i < nCmdCount; ++i) {
+    INPUT_DATA& record = pstInput[i];
+    if (i >= kCommandPoolSize) {
+      record.byErrCode = 2;  // beyond the commands that a device can hold
+      continue;
+    }
+    record.byErrCode = 0;
+    record.byCurSysStatus = kInputStatus;
+    record.nLength = pstDeviceInfo[i].nReadWORDSize;
+    deliver(device.GCmdDesc[i], record);
+  }
+}

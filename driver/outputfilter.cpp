@@ -1,0 +1,194 @@
+// SPDX-License-Identifier: MIT
+// From a batch of requests to queued read commands, or to a write that is done at once.
+#include <algorithm>
+#include <array>
+
+#include "driver/arrayelement.h"
+#include "driver/datatypes.h"
+#include "driver/driver.h"
+#include "driver/indexregister.h"
+
+namespace {
+
+constexpr BYTE kFrameStatus = 8;
+constexpr INT kFailedResponseLength = 8;
+constexpr UINT kCommandsPerStep = 99;
+
+// Every answer of the filter: nothing to send, no error.
+FRAME_DATA answer(GUI_REQUEST& request, BYTE wait_response, INT response_length) {
+  request.byWaitResponse = wait_response;
+  request.nResponseLength = response_length;
+  FRAME_DATA frame{};
+  frame.byCurSysStatus = kFrameStatus;
+  return frame;
+}
+
+void start_device(GData& device) {
+  if (device.GsymbolsParser.loader_state == SymbolsLoader::Idle) {
+    device.GsymbolsParser.RemoteIP = device.DeviceIP;
+    pthread_create(&device.thread, nullptr, server_listen_thread, &device);
+  }
+  device.LOADER_PROJECT = GetCurSystemMS_Tick();
+  device.pGCmdQueue = nullptr;
+  device.GCmdCounts = 0;
+  device.GTotalStep = 0;
+  device.GCurrentStep = 0;
+  device.GCacheBitArray = FALSE;
+  device.bIsInitDevice = true;
+}
+
+// One command a request, arrays at the head and scalars at the tail; the first request stays behind all
+// arrays.
+void build_queue(GData& device, GUI_REQUEST* requests, int count) {
+  for (int i = 0; i < count; ++i) {
+    stCmdDesc& command = device.GCmdDesc[i];
+    SetupReadCmdDesc(requests[i].byDriverData, &command, static_cast<UINT>(i), &device.GTagTable);
+    command.pGData = &device;
+    if (i == 0) {
+      SetCmdQueueHead(&command);
+    } else if (command.ElementCounts < 2) {
+      AddCmdQueueTail(&command);
+    } else {
+      AddCmdQueueHead(&command);
+    }
+  }
+  // Commands of a longer batch before this one hold no value of this cycle.
+  for (stCmdDesc& command : device.GCmdDesc) command.Cmd_Status = false;
+}
+
+// Packs the queued commands into steps and links the queue step by step.
+void pack_queue(GData& device, int count) {
+  std::array<stCmdDesc*, kCommandPoolSize> packed{};
+  std::size_t placed = 0;
+  while (placed < static_cast<std::size_t>(count)) {
+    stCmdRestrictInfo step;
+    InitCmdRestrictInfo(&step);
+    for (stCmdDesc* command = device.pGCmdQueue; command != nullptr && step.CmdCounts < kCommandsPerStep;
+         command = command->pNext) {
+      if (command->bPack == FALSE && CanPackCmd(command, &step) != FALSE) packed[placed++] = command;
+    }
+    device.GPackSize[device.GTotalStep++] = step.CmdCounts;
+  }
+  device.GCmdCounts = 0;
+  device.pGCmdQueue = nullptr;
+  SetCmdQueueHead(packed[0]);
+  for (std::size_t i = 1; i < placed; ++i) AddCmdQueueTail(packed[i]);
+}
+
+FRAME_DATA read(GData& device, GUI_REQUEST* requests, int count, const stTag& tag) {
+  if (device.pGCmdQueue == nullptr) {
+    device.GTotalStep = std::min<UINT>(device.GTotalStep, kCommandPoolSize - 1);
+    build_queue(device, requests, count);
+    pack_queue(device, count);
+  }
+  // The head's mark goes whatever tag it holds, and also while a cycle is under way, deliberately.
+  if (tag.DataType == DT_STRING) device.pGCmdQueue->is_wstring = false;
+  return answer(requests[0], 0, 0);
+}
+
+// What a write is addressed to.
+struct WriteTarget {
+  std::string name;
+  WORD index;  // kNoArrayIndex when the name is the whole address
+  bool multi;  // the name is an element of a multi-dimensional array
+  // The index that goes along with a path that does not name the element.
+  WORD source_index() const { return multi || index == kNoArrayIndex ? WORD{0} : index; }
+};
+
+WriteTarget write_target(const stTag& tag) {
+  WriteTarget target;
+  target.index = tag.ArrayIndex;
+  if (substitute_index(tag.pTagName, tag.ArrayIndex, target.name)) {
+    target.index = kNoArrayIndex;
+  } else {
+    target.name = tag.pTagName;
+  }
+  target.multi = IsMultiDimensionArray(target.name);
+  return target;
+}
+
+// The words' bytes in order; of a string those that are not zero.
+std::vector<unsigned char> value_bytes(const GUI_REQUEST& request, BYTE data_type) {
+  if (data_type == DT_BITARY) return {request.stCommand.stBitWrite.byData != 0 ? BYTE{1} : BYTE{0}};
+  const WORD_WRITE_COMMAND& command = request.stCommand.stWORDWrite;
+  const int words = std::min<int>(command.wDataNo, kRecordWords);
+  std::vector<unsigned char> bytes;
+  bytes.reserve(static_cast<std::size_t>(words) * sizeof(WORD));
+  for (int i = 0; i < words; ++i) {
+    for (const int byte : {command.wData[i] & 0xFF, command.wData[i] >> 8}) {
+      if (byte != 0 || data_type != DT_STRING) bytes.push_back(static_cast<unsigned char>(byte));
+    }
+  }
+  return bytes;
+}
+
+bool write_string(SymbolsLoader& loader, const WriteTarget& target, std::vector<unsigned char> data) {
+  constexpr std::size_t kEmptyString = 2;  // zero bytes
+  constexpr unsigned char kStringUnit = 2;
+  if (data.empty()) data.resize(kEmptyString);
+  write_string_data = std::move(data);
+  if (target.index == kNoArrayIndex || target.multi) {
+    return loader.WriteDataFromPlcByPath(target.name, write_string_data, 0, kStringUnit);
+  }
+  // The index goes along a second time although the path names the element, deliberately; numbers do not do
+  // so.
+  return loader.WriteDataFromPlcByPath(with_index(without_index(target.name), target.index),
+                                       write_string_data, target.index, kStringUnit);
+}
+
+bool write_words(SymbolsLoader& loader, const WriteTarget& target, BYTE data_type,
+                 const std::vector<unsigned char>& data) {
+  const BYTE element_size = data_type_info(data_type).write_bytes;
+  const bool single_element =
+      !target.multi && target.index != kNoArrayIndex && element_size != 0 && data.size() / element_size == 1;
+  if (single_element) {
+    return loader.WriteDataFromPlcByPath(with_index(target.name, target.index), data, 0, element_size);
+  }
+  return loader.WriteDataFromPlcByPath(target.name, data, target.source_index(), element_size);
+}
+
+FRAME_DATA write(GData& device, GUI_REQUEST& request, const stTag& tag) {
+  SymbolsLoader& loader = device.GsymbolsParser;
+  const WriteTarget target = write_target(tag);
+  void* written = request.stCommand.stWORDWrite.wData;
+  bool accepted = false;
+  if (request.stCmdType.byFunCode == kFunctionBitWrite && tag.DataType == DT_BOOL) {
+    const BYTE bit = request.stCommand.stBitWrite.byData != 0 ? 1 : 0;
+    accepted = loader.WriteDataFromPlcByPath(target.name, {bit, 0}, 0, 1);
+    written = &request.stCommand.stBitWrite.byData;
+  } else if (tag.DataType == DT_STRING) {
+    accepted = write_string(loader, target, value_bytes(request, tag.DataType));
+  } else {
+    accepted = write_words(loader, target, tag.DataType, value_bytes(request, tag.DataType));
+  }
+  device.write_device_state = accepted;
+  if (accepted) device.device_connect_state = true;
+  SetupWriteCmdDesc(request.byDriverData, &device.GCmdDesc[0], 0, &device.GTagTable, written, 0);
+  return answer(request, 0, 0);
+}
+
+bool is_write(const GUI_REQUEST& request) {
+  return request.stCmdType.byFunCode == kFunctionWordWrite ||
+         request.stCmdType.byFunCode == kFunctionBitWrite;
+}
+
+}  // namespace
+
+FRAME_DATA KORVALE_DRV_OutputFilterEx(GUI_REQUEST* pstCurQueueData, int nCmdCount) {
+  if (nCmdCount <= 0) {
+    FRAME_DATA nothing{};
+    nothing.byCurSysStatus = kFrameStatus;
+    return nothing;
+  }
+  GUI_REQUEST& request = pstCurQueueData[0];
+  GData& device = *device_of(request.pdwMemAddr);
+  if (device.GOffLineSim != FALSE) return KORVALE_DRV_OutputFilterExOffLine(pstCurQueueData, nCmdCount);
+  if (device.GsymbolsParser.loader_state == SymbolsLoader::Error)
+    return answer(request, 1, kFailedResponseLength);
+  if (!device.bIsInitDevice) start_device(device);
+
+  stTag tag{};
+  FillTagStruct(&device.GTagTable, &tag, request.byDriverData);
+  if (is_write(request)) return write(device, request, tag);
+  return read(device, pstCurQueueData, std::min(nCmdCount, kCommandPoolSize), tag);
+}
