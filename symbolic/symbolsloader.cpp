@@ -24,7 +24,7 @@ void fetch_error_text(agl_int32_t code) {
 
 }  // namespace
 
-int SymbolsLoader::SetupDevice(std::string PLCIP) {
+int SymbolsLoader::SetupDevice(const std::string& PLCIP) {
   const std::lock_guard one_at_a_time(setup_);
   const int device = station_id;
   const int ag = 0;

@@ -59,7 +59,7 @@ class SymbolsLoader {
   // Connects, logs in and loads the symbol tree, from the cache file if that loads and else from the PLC.
   // Blocks for as long as the library does. Returns 1, with loader_state Success, or 0, with Error, when no
   // tree could be loaded. A second call for the same device waits for the first.
-  int SetupDevice(std::string PLCIP);
+  int SetupDevice(const std::string& PLCIP);
 
   // These three return the library's result: 0 on success. Saving without a tree returns -1048575.
   int init_symbols_from_plc(int ConnNr, HandleType& RootNodeHandle) const;
