@@ -136,6 +136,9 @@ std::string tag_fault(const Tag& tag, bool char_paired) {
   if (tag.elements > 1 && !(tag.type->is_text() && tag.is_array())) {
     return "elements belongs to arrays of texts; leave it 1, or give first";
   }
+  if (tag.type->kind == ValueKind::Bool && (tag.count > 1 || tag.is_array())) {
+    return "an array of Bool has the type BitArray; change the type";
+  }
   if (!tag.first) {
     return {};
   }

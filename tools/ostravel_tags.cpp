@@ -2,11 +2,11 @@
 // ostravel-tags: makes the project file that a device is started with from a list of tags, and shows one.
 #include <fmt/format.h>
 
-#include <CLI/CLI.hpp>
 #include <cstdio>
 #include <limits>
 #include <string>
 
+#include "host/commandline.h"
 #include "host/files.h"
 #include "host/project.h"
 #include "host/tagscsv.h"
@@ -57,10 +57,8 @@ int run(int argc, char** argv) {
   auto* dump_command = app.add_subcommand("dump", "print a project file as a list of tags");
   dump_command->add_option("PROJECT", shown, "the project file")->required();
 
-  try {
-    app.parse(argc, argv);
-  } catch (const CLI::ParseError& error) {
-    return app.exit(error) == 0 ? kExitOk : kExitUsage;
+  if (const auto code = parse_command_line(app, "ostravel-tags", argc, argv)) {
+    return *code;
   }
   options.with_password = password->count() > 0;
   if (pack_command->parsed()) {
