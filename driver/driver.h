@@ -1,11 +1,12 @@
 // SPDX-License-Identifier: MIT
 // The driver's entry points. The runtime finds them by name, calls them from one thread, and passes records
-// by pointer. None reports a failure except inside the records.
+// by pointer. None reports a failure except inside the records; std::out_of_range and std::bad_alloc may
+// leave the filters.
 //
 // Per device: StartDeviceEx, InitEx, GetInitCmdEx2 with index 0, CheckInitCmdResponseEx2, then cycles of
-// output and input filter, Timeout when the runtime's time-out expires (after which InitEx and GetInitCmdEx2
-// come again), GetCloseCmd, CloseDevice. Devices are brought up one after the other: StartDeviceEx and InitEx
-// both empty ip_table.
+// output and input filter, Timeout when the runtime's time-out expires, GetCloseCmd, CloseDevice. A new
+// connection after a loss needs Timeout and GetInitCmdEx2, which makes the loader Idle. Devices are brought
+// up one after the other: StartDeviceEx and InitEx both empty ip_table.
 #pragma once
 
 #include "driver/gdata.h"
@@ -46,7 +47,8 @@ KORVALE_DRV_EXPORT FRAME_DATA KORVALE_DRV_GetInitCmdEx2(int* nResponseLength, in
 KORVALE_DRV_EXPORT BOOL KORVALE_DRV_CheckInitCmdResponseEx2(FRAME_DATA* pstFrameData, int nCmdIndex,
                                                             DWORD** mem_addr);
 
-// Makes the next output cycle start the connection thread anew; does not wait for a running one.
+// The next output cycle does the lazy start again; it starts a connection thread only when the loader is
+// Idle. Does not wait for a running thread.
 KORVALE_DRV_EXPORT void KORVALE_DRV_Timeout(BYTE bySimulate, DWORD* addr);
 
 KORVALE_DRV_EXPORT FRAME_DATA KORVALE_DRV_GetCloseCmd(int* nResponseLength, int nCmdIndex);

@@ -90,7 +90,7 @@ using RESPONSE_COMMAND = WORD_WRITE_COMMAND;
 
 struct BIT_WRITE_COMMAND {
   BYTE byBitOffset;
-  BYTE byData;  // the bit's new value; non-zero means 1
+  BYTE byData;  // the bit's new value, 0 or 1; what the filters make of another value is theirs
   WORD wCheckSum;
 };
 static_assert(sizeof(BIT_WRITE_COMMAND) == 4);

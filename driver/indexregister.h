@@ -7,8 +7,8 @@
 
 #include "driver/hostrecords.h"
 
-// Writes name with its placeholder replaced by "[" array_index "]" into *result. The placeholder reaches from
-// the last
-// "[" to the first "INDEX]". False, and result untouched, without one; std::out_of_range when no "[" stands
-// before it.
+// Writes name with its placeholder replaced by "[" array_index "]" into result. The placeholder is the first
+// "INDEX]" and what stands before it from the nearest "[" on. False, and result untouched, when name has
+// none; std::out_of_range when no
+// "[" stands before it.
 bool substitute_index(std::string_view name, WORD array_index, std::string& result);

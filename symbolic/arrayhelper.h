@@ -10,7 +10,8 @@
 
 #include "aglink/AGLink40.h"
 
-// True exactly when the name ends with a bracket group that holds a comma: A[1,2], not A[1] or A[1,2].B.
+// True when the name ends with "]" and, looking back from there, a "," comes before any "[": A[1,2], not A[1]
+// or A[1,2].B.
 bool IsMultiDimensionArray(std::string_view name);
 
 // Cuts the last bracket group off a path that ends with "]". Raises std::out_of_range for a path that ends so
