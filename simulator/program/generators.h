@@ -46,7 +46,8 @@ class Generators {
   // Attaches to every variable of elementary type inside a block, structure or array of structures whose name
   // is Live (any case) the kind that fits its type: Bool toggle, reals sine 0..100 in 60 cycles, signed
   // integers and times ramp 0..100 in 100 cycles, unsigned integers, bit strings, dates counter, texts text.
-  // At most limit variables; returns how many were left out.
+  // Rules win over this. At
+  // most limit variables; returns how many were left out.
   std::uint64_t attach_live(const std::vector<Symbol>& blocks, std::uint64_t limit = 100'000);
 
   // Computes the cycle's values of all variables that have a generator.
