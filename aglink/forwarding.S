@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
-// The pointers, and one forwarding function for each row of functions.def. They are in assembly since nobody here
-// knows the parameters of most functions: a jump passes on every register and the stack as the caller left them.
-// The processor's own file brings two macros: `forward name` makes a forwarding function, `first_call` the path
-// that all of them share as long as the library's function is not known.
+// The pointers, and one forwarding function for each row of functions.def. They are in assembly since nobody
+// here knows the parameters of most functions: a jump passes on every register and the stack as the caller
+// left them. The processor's own file brings two macros: `forward name` makes a forwarding function,
+// `first_call` the path that all of them share as long as the library's function is not known.
 #if defined(__x86_64__)
 #include "aglink/forwarding_x86_64.inc"
 #elif defined(__aarch64__)
