@@ -37,7 +37,7 @@ struct stCmdDesc {
   bool use_index_register = false;  // tag_name was built by index substitution
   stCmdDesc* pNext = nullptr;
   stCmdDesc* pPrev = nullptr;
-  BOOL bPack = FALSE;  // packed into the current step
+  BOOL bPack = FALSE;  // packed into a step of this cycle
   GData* pGData = nullptr;
 };
 

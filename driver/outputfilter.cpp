@@ -37,23 +37,30 @@ void start_device(GData& device) {
   device.bIsInitDevice = true;
 }
 
-// One command a request, arrays at the head and scalars at the tail; the first request stays behind all
-// arrays.
-void build_queue(GData& device, GUI_REQUEST* requests, int count) {
-  for (int i = 0; i < count; ++i) {
+// One command a request. A name that cannot be substituted raises before anything is queued.
+void set_up_commands(GData& device, GUI_REQUEST* requests, int count) {
+  for (int i = 0; i < kCommandPoolSize; ++i) {
     stCmdDesc& command = device.GCmdDesc[i];
+    // Also those of a longer batch before this one: they hold no value of this cycle.
+    command.Cmd_Status = false;
+    command.nCmdIndex = static_cast<UINT>(i);
+    if (i >= count) continue;
     SetupReadCmdDesc(requests[i].byDriverData, &command, static_cast<UINT>(i), &device.GTagTable);
     command.pGData = &device;
-    if (i == 0) {
-      SetCmdQueueHead(&command);
-    } else if (command.ElementCounts < 2) {
+  }
+}
+
+// Arrays at the head and scalars at the tail; the first request stays behind all arrays.
+void build_queue(GData& device, int count) {
+  SetCmdQueueHead(&device.GCmdDesc[0]);
+  for (int i = 1; i < count; ++i) {
+    stCmdDesc& command = device.GCmdDesc[i];
+    if (command.ElementCounts < 2) {
       AddCmdQueueTail(&command);
     } else {
       AddCmdQueueHead(&command);
     }
   }
-  // Commands of a longer batch before this one hold no value of this cycle.
-  for (stCmdDesc& command : device.GCmdDesc) command.Cmd_Status = false;
 }
 
 // Packs the queued commands into steps and links the queue step by step.
@@ -78,7 +85,8 @@ void pack_queue(GData& device, int count) {
 FRAME_DATA read(GData& device, GUI_REQUEST* requests, int count, const stTag& tag) {
   if (device.pGCmdQueue == nullptr) {
     device.GTotalStep = std::min<UINT>(device.GTotalStep, kCommandPoolSize - 1);
-    build_queue(device, requests, count);
+    set_up_commands(device, requests, count);
+    build_queue(device, count);
     pack_queue(device, count);
   }
   // The head's mark goes whatever tag it holds, and also while a cycle is under way, deliberately.
