@@ -34,8 +34,8 @@ struct GData {
   DWORD GTagConnectionID2 = 0;
   USHORT GUnitDataSequence = 0;
   WORD ConnectionSerialNo = 0;
-  bool device_connect_state =
-      false;  // a batched read returned values or a write was accepted since the last loss
+  // A batched read came back or a write was accepted since the last loss or time-out.
+  bool device_connect_state = false;
   std::string DeviceIP;
   bool read_device_state = false;
   bool write_device_state = false;  // the library accepted the last write; reported nowhere

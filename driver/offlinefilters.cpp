@@ -75,7 +75,8 @@ void write_bit(GData& device, stTag tag, BYTE bit_value) {
   value = bit_value != 0 ? value | mask : value & ~mask;
 }
 
-// The value of element i of a word write; running is the element's before it.
+// The value of element i of a word write; running is the element's before it, and what an element beyond the
+// record's words takes.
 std::uint64_t element_value(const GUI_REQUEST& request, BYTE data_type, std::size_t i,
                             std::uint64_t running) {
   if (data_type == DT_BITARY || data_type == DT_BOOL) return request.stCommand.stBitWrite.byData;

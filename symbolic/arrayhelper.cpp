@@ -25,7 +25,8 @@ bool IsMultiDimensionArray(std::string_view name) {
 std::string RemoveLastArraySymbol(std::string strTag) {
   const std::size_t found_pos_start = strTag.rfind('[');
   const std::size_t found_pos_end = strTag.rfind(']');
-  // For an empty text both sides are npos, deliberately: like a text without "[", it raises.
+  // For an empty text both sides are npos, deliberately: like a text that ends with "]" and has no "[", it
+  // raises.
   if (found_pos_end == strTag.size() - 1) {
     // Erases as many characters as the "]" stands from the text's start, deliberately: of "[3]" the "]"
     // remains.

@@ -23,7 +23,7 @@ bool SymbolsLoader::WriteDataFromPlcByPath(const std::string& ITEM, const std::v
   BufferWriter::WriteBufferValues(rw, data, source_index, trunk_size_for_byte);
   agl_int32_t serror = 0;
   const agl_int32_t result = AGL_Symbolic_WriteMixEx(station_id, &rw, 1, &serror, kWriteTimeout, 0);
-  // A job that failed keeps its access handle: nothing is known about what the library still does with it.
+  // A job that failed keeps its access handle, deliberately.
   if (result != AGL40_SUCCESS) return false;
   AGL_Symbolic_FreeHandle(rw.AccessHandle);
   return true;

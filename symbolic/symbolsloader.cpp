@@ -25,7 +25,17 @@ void fetch_error_text(agl_int32_t code) {
 }  // namespace
 
 int SymbolsLoader::SetupDevice(const std::string& PLCIP) {
-  const std::lock_guard one_at_a_time(setup_);
+  std::unique_lock one_at_a_time(setup_, std::try_to_lock);
+  if (!one_at_a_time.owns_lock()) {
+    one_at_a_time.lock();
+    // Once more would pull the tree from under the filters, which already use it.
+    if (loader_state == Success && address_set_ == PLCIP) return 1;
+  }
+  address_set_ = PLCIP;
+  return ConnectAndLoadSymbols(PLCIP);
+}
+
+int SymbolsLoader::ConnectAndLoadSymbols(const std::string& PLCIP) {
   const int device = station_id;
   const int ag = 0;
   const int rack = 0;

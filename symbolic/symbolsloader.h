@@ -57,8 +57,10 @@ class SymbolsLoader {
   void set_enable_parameter(bool enable) { m_enable_parameter = enable; }
 
   // Connects, logs in and loads the symbol tree, from the cache file if that loads and else from the PLC.
-  // Blocks for as long as the library does. Returns 1, with loader_state Success, or 0, with Error, when no
-  // tree could be loaded. A second call for the same device waits for the first.
+  // Blocks for as long as the library does. Returns 1 with loader_state Success, or 0 with Error when no tree
+  // could be loaded; a state that is Success beforehand also gives 1, whatever the file did. A call during
+  // another one for the same device waits for it, and has nothing left to do when that one brought the same
+  // address to Success.
   int SetupDevice(const std::string& PLCIP);
 
   // These three return the library's result: 0 on success. Saving without a tree returns -1048575.
@@ -83,7 +85,7 @@ class SymbolsLoader {
   std::vector<unsigned char> ReadDataFromPlcByPath(const std::string& ITEM);
 
   // The whole array behind an element path such as Matrix[1,2], with the element's linear position in it;
-  // empty, and the position untouched, on failure.
+  // empty on failure. The position stays untouched unless only the array's own read failed.
   std::vector<unsigned char> ReadDataFromPlcByPathfor_multi_array_transfer(
       const std::string& ITEM, unsigned long* multi_array_linear_index);
 
@@ -93,7 +95,10 @@ class SymbolsLoader {
                               unsigned short source_index, unsigned char trunk_size_for_byte);
 
  private:
-  std::mutex setup_;  // one SetupDevice at a time; the filters never take it
+  int ConnectAndLoadSymbols(const std::string& PLCIP);
+
+  std::mutex setup_;         // one SetupDevice at a time; the filters never take it
+  std::string address_set_;  // that the last SetupDevice was for; guarded by setup_
 };
 
 // Fills connection p_connection_index (0 to 3) of the library device's TCP/IP parameters and installs them. A
