@@ -20,8 +20,8 @@ bool IsMultiDimensionArray(std::string_view name);
 std::string RemoveLastArraySymbol(std::string strTag);
 
 // Appends the bounds of the array that tag_path, or the element that it names, belongs to. True with nothing
-// appended when the node is no array; false when the library knows no dimension count or a bound, with those
-// before it appended.
+// appended when the node is no array; false when the library knows no dimension count or not a bound, with
+// those before it appended. Raises as RemoveLastArraySymbol does.
 bool get_array_description(HandleType root_schema_node, const std::string& tag_path,
                            std::vector<unsigned>& lower_lim, std::vector<unsigned>& upper_lim);
 

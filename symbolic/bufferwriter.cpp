@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <cstdio>
 #include <cstring>
+#include <string>
 
 #include "symbolic/accessbuffer.h"
 #include "symbolic/assertion.h"
@@ -53,7 +54,7 @@ SystemType_t::enum_t system_type_of(const SymbolicRW_t& rw) {
   return systemType;
 }
 
-// A failure is reported, and the size then counts as 0: a string without room is not written.
+// A failure is reported, and the size is what the library left: 0 of itself.
 agl_int32_t string_size_of(const SymbolicRW_t& rw) {
   agl_int32_t StringSize = 0;
   const agl_int32_t res = AGL_Symbolic_GetAccessStringSize(rw.AccessHandle, &StringSize);
@@ -228,16 +229,14 @@ void BufferWriter::WriteChar16(SymbolicRW_t&, const size_t&, const Data&, size_t
 
 void BufferWriter::WriteString8(SymbolicRW_t& rw, const size_t& elementIndex, const Data& data, size_t) {
   if (string_size_of(rw) <= 0) return;
+  (void)data.at(0);
   // As long as the data, zeros and all, and not limited to the declared size, deliberately.
-  auto count = static_cast<agl_int32_t>(data.size());
-  const auto* text = reinterpret_cast<const agl_char8_t*>(&data.at(0));
+  std::string text(data.begin(), data.end());
   // Two zero bytes are the host's empty string. One zero byte alone raises, deliberately.
-  if (data[0] == 0 && data.at(1) == 0 && data.size() == 2) {
-    text = "";
-    count = 0;
-  }
-  const agl_int32_t res = AGL_Symbolic_SetAccessBufferString8(rw.AccessHandle, rw.Buffer, length_of(rw),
-                                                              element_of(elementIndex), text, count);
+  if (text[0] == '\0' && text.at(1) == '\0' && text.size() == 2) text.clear();
+  const agl_int32_t res =
+      AGL_Symbolic_SetAccessBufferString8(rw.AccessHandle, rw.Buffer, length_of(rw), element_of(elementIndex),
+                                          text.c_str(), static_cast<agl_int32_t>(text.size()));
   if (res != AGL40_SUCCESS) ErrorHelper::ShowError(res, "AGL_Symbolic_SetAccessBufferString8");
 }
 

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 // Value bytes, in the layout that bufferreader.h describes, to access buffers of the library.
 // Bytes of a wide value that lie past the end of the data count as zero; a value that starts there raises
-// std::out_of_range, as an empty string or Bool does.
+// std::out_of_range, as an empty string or Bool does, and one zero byte alone for an 8-bit string.
 #pragma once
 
 #include <cstddef>
@@ -12,7 +12,8 @@
 class BufferWriter {
  public:
   // Writes data, trunk_size_for_byte bytes an element, to the elements from source_index on; a string takes
-  // all of data. Nothing is written when trunk_size_for_byte is 0 or the access carries a Result or SError.
+  // all of data. Nothing is written when the access carries a Result or SError, and of anything but a string
+  // when trunk_size_for_byte is 0.
   static void WriteBufferValues(SymbolicRW_t& rws, const std::vector<unsigned char>& data,
                                 unsigned short source_index, unsigned char trunk_size_for_byte);
   // Writes the value at byte writeIndex of data to one element. A value type that cannot be written aborts

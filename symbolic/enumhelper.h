@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The library's symbol enumerations as upper-case text, for diagnostics. The texts live for ever; a value
+// The library's symbol enumerations as text, for diagnostics. The texts live for ever; a value
 // without one aborts the process.
 #pragma once
 

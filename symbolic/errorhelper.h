@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The one place through which failed library calls go.
+// Where those failed library calls are reported that are reported at all.
 #pragma once
 
 class ErrorHelper {
