@@ -14,7 +14,6 @@ namespace {
 using nlohmann::json;
 
 constexpr std::string_view kBitMark = ".%X";
-constexpr std::uint16_t kWideDeclaredLength = 254;
 
 TextLayout text_layout(const Tag& tag, bool char_paired) {
   if (tag.type->kind == ValueKind::WideText) {

@@ -52,24 +52,73 @@ Poller::Poller(Session& session, std::vector<Selection> selections, bool char_pa
   for (std::size_t i = 0; i < selections_.size(); ++i) {
     add_to_batches(i);
   }
+  keep_texts_off_first_place();
 }
 
 // The texts of an array stay together where they can, so that they come from one snapshot.
 void Poller::add_to_batches(std::size_t selection) {
   const auto accesses = read_accesses(selections_[selection], char_paired_);
   records_[selection].resize(accesses.size());
-  const std::size_t stamps = stamp_ ? 1 : 0;
-  const std::size_t room = kBatchLimit - stamps;
-  const bool fits =
-      !batches_.empty() && batches_.back().parts.size() + std::min(accesses.size(), room) <= room;
+  const auto& tag = selections_[selection].tag;
+  const bool can_be_wide =
+      tag.type->is_text() && !selections_[selection].bit && tag.count == kWideDeclaredLength;
   for (std::size_t i = 0; i < accesses.size(); ++i) {
-    const bool full = batches_.empty() || batches_.back().parts.size() == room;
-    if (full || (i == 0 && !fits)) {
-      batches_.push_back({stamp_ ? read_accesses(*stamp_, char_paired_) : std::vector<Access>{}, {}});
+    if (can_be_wide) {
+      add_alone(accesses[i], {selection, i});
+      continue;
     }
-    batches_.back().accesses.push_back(accesses[i]);
-    batches_.back().parts.push_back({selection, i});
+    const std::size_t rest = std::min(accesses.size() - i, kBatchLimit - (stamp_ ? 1 : 0));
+    const auto open =
+        std::find_if(batches_.begin(), batches_.end(), [](const Batch& batch) { return !batch.closed; });
+    const std::size_t needed = i == 0 ? rest : 1;
+    if (open == batches_.end() || open->accesses.size() + needed > kBatchLimit) {
+      if (open != batches_.end()) {
+        open->closed = true;
+      }
+      batches_.emplace_back();
+      if (stamp_) {
+        batches_.back().accesses = read_accesses(*stamp_, char_paired_);
+        batches_.back().parts.emplace_back();
+      }
+      batches_.back().accesses.push_back(accesses[i]);
+      batches_.back().parts.emplace_back(Part{selection, i});
+      continue;
+    }
+    open->accesses.push_back(accesses[i]);
+    open->parts.emplace_back(Part{selection, i});
   }
+}
+
+void Poller::add_alone(const Access& access, Part part) {
+  Batch batch{{access}, {part}, true};
+  if (stamp_) {
+    const auto stamp = read_accesses(*stamp_, char_paired_);
+    batch.accesses.push_back(stamp.front());
+    batch.parts.emplace_back();
+  }
+  batches_.push_back(std::move(batch));
+}
+
+void Poller::keep_texts_off_first_place() {
+  std::vector<Batch> kept;
+  for (auto& batch : batches_) {
+    const auto is_text = [](const Access& access) { return access.type == DT_STRING; };
+    const auto other = std::find_if_not(batch.accesses.begin(), batch.accesses.end(), is_text);
+    const bool alone = batch.accesses.size() == 1 || batch.parts.back() == std::nullopt;
+    if (!is_text(batch.accesses.front()) || alone) {
+      kept.push_back(std::move(batch));
+    } else if (other != batch.accesses.end()) {
+      const auto place = other - batch.accesses.begin();
+      std::swap(batch.accesses.front(), *other);
+      std::swap(batch.parts.front(), batch.parts[static_cast<std::size_t>(place)]);
+      kept.push_back(std::move(batch));
+    } else {
+      for (std::size_t i = 0; i < batch.accesses.size(); ++i) {
+        kept.push_back({{batch.accesses[i]}, {batch.parts[i]}, true});
+      }
+    }
+  }
+  batches_ = std::move(kept);
 }
 
 LinkState Poller::poll() {
@@ -107,18 +156,25 @@ LinkState Poller::not_served(const BatchAnswer& answer) {
 }
 
 void Poller::take(const Batch& batch, const BatchAnswer& answer) {
-  const std::size_t stamps = batch.accesses.size() - batch.parts.size();
   nlohmann::json stamp;
-  if (stamps == 1 && answer.records.front().error == 0) {
-    stamp = read_value(*stamp_, char_paired_, std::vector<Words>{answer.records.front().words});
-  }
+  std::vector<std::size_t> complete;
   for (std::size_t i = 0; i < batch.parts.size(); ++i) {
-    const auto& part = batch.parts[i];
-    records_[part.selection][part.record] = answer.records[i + stamps];
-    const auto size = records_[part.selection].size();
-    if (part.record + 1 == size) {
-      deliver(part.selection, stamp, i + 1 >= size);
+    const auto& record = answer.records[i];
+    if (!batch.parts[i]) {
+      stamp = record.error == 0 ? read_value(*stamp_, char_paired_, std::vector<Words>{record.words}) : stamp;
+      continue;
     }
+    const auto [selection, number] = *batch.parts[i];
+    records_[selection][number] = record;
+    if (number + 1 == records_[selection].size()) {
+      complete.push_back(selection);
+    }
+  }
+  for (const auto selection : complete) {
+    const auto here = std::count_if(batch.parts.begin(), batch.parts.end(), [selection](const auto& part) {
+      return part && part->selection == selection;
+    });
+    deliver(selection, stamp, static_cast<std::size_t>(here) == records_[selection].size());
   }
 }
 

@@ -1,6 +1,10 @@
 // SPDX-License-Identifier: MIT
 // Polls the tags of one device as a runtime does: in batches, repeating a batch that is not answered yet, and
 // bringing the device back after a failure with pauses that grow.
+//
+// A place in a batch at which the driver once found a wide text delivers every later text as if it were wide;
+// only a text at the head of the driver's queue is looked at afresh. Texts that can be wide are therefore
+// read at the head of batches of their own, and no other text is ever at that place.
 #pragma once
 
 #include <chrono>
@@ -63,9 +67,12 @@ class Poller {
   };
   struct Batch {
     std::vector<Access> accesses;
-    std::vector<Part> parts;  // of the accesses behind the stamp
+    std::vector<std::optional<Part>> parts;  // of each access; none: the stamp
+    bool closed = false;                     // takes no more
   };
   void add_to_batches(std::size_t selection);
+  void add_alone(const Access& access, Part part);
+  void keep_texts_off_first_place();
   void take(const Batch& batch, const BatchAnswer& answer);
   LinkState not_served(const BatchAnswer& answer);
   void deliver(std::size_t selection, const nlohmann::json& stamp, bool one_batch);

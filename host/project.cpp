@@ -17,7 +17,6 @@ constexpr std::uint32_t kFormat = 1;
 constexpr std::uint32_t kCharPaired = 1;
 constexpr std::uint32_t kDescriptor = 2;
 constexpr std::int32_t kNoFirst = std::numeric_limits<std::int32_t>::min();
-constexpr std::uint16_t kWideDeclaredLength = 254;  // the one that the driver recognises as wide
 
 void put(std::string& out, std::uint32_t number, int width) {
   for (int i = 0; i < width; ++i) {

@@ -26,6 +26,9 @@ namespace ostravel::host {
 inline constexpr std::int32_t kFirstLowest = -32768;
 inline constexpr std::int32_t kFirstHighest = 65534;
 
+// The declared length with which the driver recognises a wide text.
+inline constexpr std::uint16_t kWideDeclaredLength = 254;
+
 struct Tag {
   std::string name;  // symbolic path in the PLC
   const TagType* type = nullptr;
