@@ -93,7 +93,8 @@ class FakeLibrary {
   Item& item(const std::string& path);
   void remove(const std::string& path);
 
-  // Every call, or only the nth (from 1, counted since construction), returns code and does nothing else.
+  // Every call, or only the nth (from 1, counted since construction), returns code and does nothing else
+  // (a job still sets *SError).
   void fail(const std::string& function, agl_int32_t code);
   void failCall(const std::string& function, int nth, agl_int32_t code);
   // Does its work, then returns code all the same.

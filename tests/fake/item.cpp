@@ -150,15 +150,15 @@ Item Item::Char16(const std::vector<std::uint16_t>& values) {
   return make(V::vt_CHAR16, S::st_S7_WChar, 2, numbers(values));
 }
 Item Item::String8(const std::string& text, agl_int32_t declared_size) {
-  return String8(std::vector<std::string>{text}, declared_size);
+  return Strings8(std::vector<std::string>{text}, declared_size);
 }
-Item Item::String8(const std::vector<std::string>& texts, agl_int32_t declared_size) {
+Item Item::Strings8(const std::vector<std::string>& texts, agl_int32_t declared_size) {
   return make(V::vt_STRING8, S::st_S7_String, declared_size + 2, texts_of(texts)).stringSize(declared_size);
 }
 Item Item::String16(const std::u16string& text, agl_int32_t declared_size) {
-  return String16(std::vector<std::u16string>{text}, declared_size);
+  return Strings16(std::vector<std::u16string>{text}, declared_size);
 }
-Item Item::String16(const std::vector<std::u16string>& texts, agl_int32_t declared_size) {
+Item Item::Strings16(const std::vector<std::u16string>& texts, agl_int32_t declared_size) {
   return make(V::vt_STRING16, S::st_S7_WString, 2 * declared_size + 4, wides_of(texts))
       .stringSize(declared_size);
 }

@@ -93,9 +93,9 @@ struct Item {
   static Item Char16(std::uint16_t value);
   static Item Char16(const std::vector<std::uint16_t>& values);
   static Item String8(const std::string& text, agl_int32_t declared_size = 254);
-  static Item String8(const std::vector<std::string>& texts, agl_int32_t declared_size = 254);
+  static Item Strings8(const std::vector<std::string>& texts, agl_int32_t declared_size = 254);
   static Item String16(const std::u16string& text, agl_int32_t declared_size = 254);
-  static Item String16(const std::vector<std::u16string>& texts, agl_int32_t declared_size = 254);
+  static Item Strings16(const std::vector<std::u16string>& texts, agl_int32_t declared_size = 254);
   static Item Counter(std::uint16_t value);
   static Item S5Time(std::uint32_t milliseconds);
   static Item DateAndTime(const Parts& parts);
