@@ -41,6 +41,16 @@ void put_default(const Symbol& symbol, std::span<std::uint8_t> element) {
 
 }  // namespace
 
+void repeat_pattern(std::span<std::uint8_t> bytes, std::size_t pattern) {
+  if (pattern == 0) return;
+  // Each copy doubles what is there.
+  for (std::size_t done = pattern; done < bytes.size();) {
+    const std::size_t step = std::min(done, bytes.size() - done);
+    std::copy_n(bytes.begin(), step, bytes.begin() + static_cast<std::ptrdiff_t>(done));
+    done += step;
+  }
+}
+
 void Image::fill_block(const Declaration& block, const Symbol& symbol, Memory memory) {
   fill(symbol, block.content, &block, memory.subspan(symbol.offset, byte_count(symbol)));
 }
@@ -49,12 +59,7 @@ void Image::fill(const Symbol& symbol, const TypeUse& use, const Declaration* sc
   const std::size_t size = symbol.element_size;
   if (size == 0 || whole.size() < size) return;
   fill_element(symbol, use, scope, whole.first(size));
-  // Each copy doubles what is there.
-  for (std::size_t done = size; done < whole.size();) {
-    const std::size_t step = std::min(done, whole.size() - done);
-    std::copy_n(whole.begin(), step, whole.begin() + static_cast<std::ptrdiff_t>(done));
-    done += step;
-  }
+  repeat_pattern(whole, size);
 }
 
 void Image::fill_element(const Symbol& symbol, const TypeUse& use, const Declaration* scope, Memory element) {

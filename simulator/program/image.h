@@ -14,6 +14,9 @@
 
 namespace ostravel::plc {
 
+// Fills the bytes with copies of their first pattern bytes; the last copy may be cut off.
+void repeat_pattern(std::span<std::uint8_t> bytes, std::size_t pattern);
+
 class Image {
  public:
   // The catalogue must outlive this object. Warnings are appended to *warnings unless it is null.

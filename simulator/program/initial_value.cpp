@@ -64,10 +64,7 @@ std::uint64_t Image::apply_repeat(const Symbol& symbol, const Value& repeat, con
   if (group == 0) return next;
   if (static_cast<std::uint64_t>(times) > (count - from) / group) too_many(symbol, repeat, count);
   const std::uint64_t size = symbol.element_size;
-  const auto source = whole.begin() + static_cast<std::ptrdiff_t>(from * size);
-  for (std::uint64_t round = 1; round < static_cast<std::uint64_t>(times); ++round) {
-    std::copy_n(source, group * size, source + static_cast<std::ptrdiff_t>(round * group * size));
-  }
+  repeat_pattern(whole.subspan(from * size, group * static_cast<std::uint64_t>(times) * size), group * size);
   return from + group * static_cast<std::uint64_t>(times);
 }
 
