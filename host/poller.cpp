@@ -60,33 +60,34 @@ void Poller::add_to_batches(std::size_t selection) {
   const auto accesses = read_accesses(selections_[selection], char_paired_);
   records_[selection].resize(accesses.size());
   const auto& tag = selections_[selection].tag;
-  const bool can_be_wide =
-      tag.type->is_text() && !selections_[selection].bit && tag.count == kWideDeclaredLength;
+  const bool can_be_wide = tag.type->is_text() && tag.count == kWideDeclaredLength;
+  const std::size_t together = std::min(accesses.size(), kBatchLimit - (stamp_ ? 1 : 0));
   for (std::size_t i = 0; i < accesses.size(); ++i) {
     if (can_be_wide) {
       add_alone(accesses[i], {selection, i});
-      continue;
+    } else {
+      auto& batch = batch_with_room(i == 0 ? together : 1);
+      batch.accesses.push_back(accesses[i]);
+      batch.parts.emplace_back(Part{selection, i});
     }
-    const std::size_t rest = std::min(accesses.size() - i, kBatchLimit - (stamp_ ? 1 : 0));
-    const auto open =
-        std::find_if(batches_.begin(), batches_.end(), [](const Batch& batch) { return !batch.closed; });
-    const std::size_t needed = i == 0 ? rest : 1;
-    if (open == batches_.end() || open->accesses.size() + needed > kBatchLimit) {
-      if (open != batches_.end()) {
-        open->closed = true;
-      }
-      batches_.emplace_back();
-      if (stamp_) {
-        batches_.back().accesses = read_accesses(*stamp_, char_paired_);
-        batches_.back().parts.emplace_back();
-      }
-      batches_.back().accesses.push_back(accesses[i]);
-      batches_.back().parts.emplace_back(Part{selection, i});
-      continue;
-    }
-    open->accesses.push_back(accesses[i]);
-    open->parts.emplace_back(Part{selection, i});
   }
+}
+
+Poller::Batch& Poller::batch_with_room(std::size_t places) {
+  for (auto& batch : batches_) {
+    if (!batch.closed) {
+      if (batch.accesses.size() + places <= kBatchLimit) {
+        return batch;
+      }
+      batch.closed = true;
+    }
+  }
+  auto& batch = batches_.emplace_back();
+  if (stamp_) {
+    batch.accesses = read_accesses(*stamp_, char_paired_);
+    batch.parts.emplace_back();
+  }
+  return batch;
 }
 
 void Poller::add_alone(const Access& access, Part part) {

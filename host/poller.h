@@ -71,6 +71,7 @@ class Poller {
     bool closed = false;                     // takes no more
   };
   void add_to_batches(std::size_t selection);
+  Batch& batch_with_room(std::size_t places);
   void add_alone(const Access& access, Part part);
   void keep_texts_off_first_place();
   void take(const Batch& batch, const BatchAnswer& answer);

@@ -9,7 +9,7 @@
 #include <string>
 #include <vector>
 
-#include "host/demo/process.h"
+#include "host/process.h"
 
 namespace ostravel::host {
 

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "host/demo/process.h"
+#include "host/process.h"
 
 #include <fcntl.h>
 #include <fmt/format.h>
