@@ -259,7 +259,7 @@ TEST_F(Conversion, CountsBeyondTheRecordStayInsideIt) {
     EXPECT_EQ(record.wData[2047], 0x1111);
     EXPECT_EQ(device.data().GCmdDesc[1].tag_name, "") << "the next command is untouched";
   }
-  library.add("Plain", Item::UInt8(std::vector<std::uint8_t>(65535, 0x22)));
+  library.add("Plain", Item::UInt8(std::vector<std::uint8_t>(2100, 0x22)));
   for (int type : {DT_BYTE, DT_USINT, DT_SINT, DT_BITARY, DT_BOOL}) {
     const auto record = read(TagBlock(type).index(0).count(65535));
     EXPECT_EQ(record.wData[0], 0x22) << type;
@@ -269,7 +269,7 @@ TEST_F(Conversion, CountsBeyondTheRecordStayInsideIt) {
 
 TEST_F(Conversion, WordCountBehindTheBufferIsKeptWhenItOverflows) {
   // The field behind the 4096 bytes of the buffer.
-  library.add("Plain", Item::UInt8(std::vector<std::uint8_t>(65535, 0x22)));
+  library.add("Plain", Item::UInt8(std::vector<std::uint8_t>(2100, 0x22)));
   read(TagBlock(DT_BYTE).index(0).count(65535));
   EXPECT_EQ(device.data().GCmdDesc[0].WordCount, 65535U);
   read(TagBlock(DT_LREAL).index(0).count(8191));
