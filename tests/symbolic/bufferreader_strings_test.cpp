@@ -190,17 +190,25 @@ TEST(Strings, LongerThanDeclaredAreCut) {
 
 class NegativeStringSizes : public ::testing::TestWithParam<agl_int32_t> {};
 
-TEST_P(NegativeStringSizes, RaiseOutOfRange) {
+TEST_P(NegativeStringSizes, RaiseOutOfRangeAndOfferTheLibraryNoRoom) {
   FakeLibrary library;
   const Access narrow(library, Item::String8("abc", 10).stringSize(GetParam()));
   Bytes data{1, 2};
   EXPECT_THROW(BufferReader::ReadString8(narrow.rw, 0, data), std::out_of_range);
   const Access wide(library, Item::String16(u"abc", 10).stringSize(GetParam()));
   EXPECT_THROW(BufferReader::ReadString16(wide.rw, 0, data), std::out_of_range);
+  constexpr std::size_t kMaxCharCount = 5;
+  for (const auto& call : library.calls()) {
+    if (call.function.starts_with("AGL_Symbolic_GetAccessBufferString")) {
+      EXPECT_LE(std::stoll(call.arguments.at(kMaxCharCount)), 0) << call.text();
+    }
+  }
 }
 
+// Twice the last three wraps to 2, 4 and 2147483646 in 32 bits.
 INSTANTIATE_TEST_SUITE_P(All, NegativeStringSizes,
-                         ::testing::Values(-1, -2, -1000, std::numeric_limits<agl_int32_t>::min()));
+                         ::testing::Values(-1, -2, -1000, std::numeric_limits<agl_int32_t>::min(),
+                                           std::numeric_limits<agl_int32_t>::min() + 1, -1073741826));
 
 TEST(Strings, OfAMillionCharactersAreReadAsDeclared) {
   FakeLibrary library;
