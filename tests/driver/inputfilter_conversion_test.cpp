@@ -250,6 +250,20 @@ TEST_F(Conversion, DateAndTimeArrivesAsItsTenBytes) {
   EXPECT_THAT(words(TagBlock(DT_WORD).count(5), 5), ElementsAre(2024, 0x0503, 0x0D03, 0x0F0E, 678));
 }
 
+TEST_F(Conversion, ArrayFromBelowZeroReadsZerosWhereverTheRuntimeLooks) {
+  // The lower bound counts as unsigned: more zeros stand in front than an index can pass.
+  library.add("Plain", Item::Int16({1, 2, 3, 4}).array(-1, 2));
+  EXPECT_THAT(words(TagBlock(DT_INT).index(0).count(4), 4), ElementsAre(0, 0, 0, 0));
+  EXPECT_THAT(words(TagBlock(DT_INT).index(65534).count(4), 4), ElementsAre(0, 0, 0, 0));
+}
+
+TEST_F(Conversion, SignIsExtendedInTheCommandsBuffer) {
+  library.add("Plain", Item::Int8(-5));
+  words(TagBlock(DT_SINT), 1);
+  EXPECT_EQ(device.data().GCmdDesc[0].DataBuffer[0], 0xFB);
+  EXPECT_EQ(device.data().GCmdDesc[0].DataBuffer[1], 0xFF);
+}
+
 TEST_F(Conversion, CountsBeyondTheRecordStayInsideIt) {
   library.add("Plain", Item::UInt16(std::vector<std::uint16_t>(3000, 0x1111)));
   for (int type : {DT_WORD, DT_DWORD, DT_LREAL}) {
