@@ -16,7 +16,7 @@ namespace ostravel::plc {
 namespace {
 
 constexpr std::uint64_t symbol_limit = 500'000;
-constexpr std::size_t type_depth_limit = 64;
+constexpr unsigned depth_limit = 64;
 constexpr std::uint32_t default_text_length = 254;
 constexpr std::int64_t string_limit = 254;
 constexpr std::int64_t wstring_limit = 16'382;
@@ -41,6 +41,17 @@ std::uint64_t symbols_in(const Symbol& symbol) {
   std::uint64_t count = 1;
   for (const Symbol& member : symbol.members) count += symbols_in(member);
   return count;
+}
+
+unsigned levels_in(const Symbol& symbol) {
+  unsigned levels = 0;
+  for (const Symbol& member : symbol.members) levels = std::max(levels, levels_in(member));
+  return levels + 1;
+}
+
+[[noreturn]] void too_deep(const Position& position) {
+  fail(position, fmt::format("structures contain each other over more than {} levels; take some levels out",
+                             depth_limit));
 }
 
 void make_opaque(Symbol& symbol) {
@@ -160,10 +171,6 @@ const Layout::Structure& Layout::declared(const Declaration& declaration, const 
          fmt::format("the type \"{}\" contains itself; take this member out or declare another type for it",
                      declaration.name));
   }
-  if (open_.size() >= type_depth_limit) {
-    fail(use, fmt::format("types contain each other over more than {} levels; take some levels out",
-                          type_depth_limit));
-  }
   if (!declaration.content.structure) {
     fail(declaration.content.position,
          fmt::format("the type \"{}\" is no structure; declare it as STRUCT ... END_STRUCT",
@@ -178,12 +185,16 @@ const Layout::Structure& Layout::declared(const Declaration& declaration, const 
 Layout::Structure Layout::structure_of(const std::vector<Member>& members, const Declaration* scope) {
   Structure structure;
   std::unordered_set<std::string> names;
+  ++depth_;
   for (const Member& member : members) {
+    if (depth_ > depth_limit) too_deep(member.position);
     if (!names.insert(folded(member.name)).second) {
       fail(member.position,
            fmt::format("the member \"{}\" is declared twice; rename one of them", member.name));
     }
     Symbol symbol = describe(member.type, scope);
+    // A type may have been worked on before, where it stood less deep.
+    if (levels_in(symbol) > depth_limit) too_deep(member.position);
     structure.symbols += symbols_in(symbol);
     symbol.name = member.name;
     if (!member.accessible || !member.writable) restrict_access(symbol, member.accessible, member.writable);
@@ -196,6 +207,7 @@ Layout::Structure Layout::structure_of(const std::vector<Member>& members, const
     }
     structure.members.push_back(std::move(symbol));
   }
+  --depth_;
   return structure;
 }
 

@@ -51,6 +51,7 @@ class Layout {
   std::vector<std::string>* warnings_;
   std::uint64_t size_ = 0;
   std::uint64_t symbols_ = 0;
+  unsigned depth_ = 0;  // of structures being worked on, declared in place or as types
   std::map<const Declaration*, Structure> structures_;
   std::vector<const Declaration*> open_;  // declarations being worked on, the outermost first
 };

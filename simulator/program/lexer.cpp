@@ -203,7 +203,7 @@ std::string Lexer::pointer_tail() {
 }
 
 // What follows TYPE#, which is already taken.
-std::string Lexer::typed_literal(std::string prefix) {
+std::string Lexer::typed_literal(const std::string& prefix) {
   if (peek() == '\'') return prefix + text_literal();
   if (peek() == '(') {
     const std::size_t end = text_.find_first_of(")\n", offset_);
@@ -248,7 +248,7 @@ Token Lexer::next() {
     const bool typed = peek(length) == '#';
     token.kind = typed ? TokenKind::Literal : TokenKind::Name;
     token.text = take(length + (typed ? 1 : 0));
-    if (typed) token.text = typed_literal(std::move(token.text));
+    if (typed) token.text = typed_literal(token.text);
   } else {
     token.kind = TokenKind::Mark;
     token.text = take(at(":=") || at("..") ? 2 : 1);

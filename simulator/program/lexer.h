@@ -58,7 +58,7 @@ class Lexer {
   std::string quoted_name();
   std::string text_literal();
   std::string number();
-  std::string typed_literal(std::string prefix);
+  std::string typed_literal(const std::string& prefix);
   std::string pointer_tail();
 
   std::string_view text_;

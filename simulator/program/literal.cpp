@@ -38,6 +38,7 @@ std::optional<std::uint64_t> digits(std::string_view text, int base) {
 std::optional<IntegerLiteral> parse_bytes(std::string_view text) {
   if (!text.starts_with('(') || !text.ends_with(')')) return std::nullopt;
   text = text.substr(1, text.size() - 2);
+  if (text.find('(') != std::string_view::npos) return std::nullopt;  // a list in a list, perhaps without end
   IntegerLiteral number;
   number.coded = true;
   unsigned count = 0;

@@ -85,6 +85,40 @@ TEST(Damage, LongChainsOfTypesAreRefused) {
   EXPECT_THAT(refusal(text + "DATA_BLOCK D T0 END_DATA_BLOCK"), HasSubstr("more than 64 levels"));
 }
 
+TEST(Damage, DepthCountsOverTypesAndStructuresTogether) {
+  std::string text;
+  for (int i = 0; i < 30; ++i) {
+    text += "TYPE T" + std::to_string(i) + " STRUCT ";
+    for (int level = 0; level < 50; ++level) text += "s : STRUCT ";
+    text += "a : T" + std::to_string(i + 1) + "; ";
+    for (int level = 0; level < 51; ++level) text += "END_STRUCT; ";
+    text += "END_TYPE\n";
+  }
+  text += "TYPE T30 STRUCT a : Int; END_STRUCT END_TYPE\n";
+  EXPECT_THAT(refusal(text + "DATA_BLOCK D T0 END_DATA_BLOCK"), HasSubstr("more than 64 levels"));
+}
+
+TEST(Damage, DepthCountsTypesThatOtherBlocksUsedBefore) {
+  std::string text = "TYPE T0 STRUCT a : Int; END_STRUCT END_TYPE\n";
+  for (int i = 1; i < 200; ++i) {
+    const std::string number = std::to_string(i);
+    text += "TYPE T" + number + " STRUCT a : T" + std::to_string(i - 1) + "; END_STRUCT END_TYPE\n";
+    text += "DATA_BLOCK D" + number + " T" + number + " END_DATA_BLOCK\n";
+  }
+  EXPECT_THAT(refusal(text), HasSubstr("more than 64 levels"));
+}
+
+TEST(Damage, ListsOfBytesInListsOfBytesAreRefused) {
+  std::string literal;
+  for (int i = 0; i < 1'000'000; ++i) literal += "B#(";
+  literal += std::string(1'000'000, ')');
+  std::vector<std::uint8_t> element(1);
+  Symbol symbol;
+  symbol.type = DataType::Byte;
+  symbol.element_size = 1;
+  EXPECT_TRUE(element_from_literal(symbol, literal, element).has_value());
+}
+
 TEST(Damage, MillionsOfRepetitionsTakeNoTime) {
   EXPECT_EQ(refusal(block_of("a : Array[1..60000000] of Byte := [60000000(7)];")), "");
 }
