@@ -146,7 +146,60 @@ TEST_F(Times, DateAndTimeGoesFrom1990To2089) {
   EXPECT_EQ(set(2024, 1000), code(Error::ValueOutOfRange));
 }
 
-TEST(CounterAndTimer, CodesAreThoseACallerCanConvert) {
+// A counter and a timer, which no data block can declare, in a memory of their own.
+plc::Program with_counter_and_timer() {
+  auto symbol = [](const char* name, plc::DataType type, std::uint32_t offset, std::uint32_t size) {
+    plc::Symbol made;
+    made.name = name;
+    made.type = type;
+    made.offset = offset;
+    made.element_size = size;
+    return made;
+  };
+  plc::Program program;
+  program.blocks = {symbol("System", plc::DataType::Struct, 0, 4)};
+  program.blocks[0].members = {symbol("C5", plc::DataType::Counter, 0, 2),
+                               symbol("T5", plc::DataType::Timer, 2, 2)};
+  program.initial = {0x01, 0x23, 0x21, 0x00};
+  return program;
+}
+
+class CounterAndTimer : public testing::Test {
+ protected:
+  ConnectedWorld world{1, plc::test_options(), with_counter_and_timer()};
+};
+
+TEST_F(CounterAndTimer, CounterIsThreeBcdDigits) {
+  PathAccess access(world.root, "System.C5");
+  ASSERT_EQ(access.read(world.connection), 0);
+  agl_uint16_t value = 0;
+  EXPECT_EQ(AGL_Symbolic_GetAccessBufferS7_Counter(access.handle, access.buffer.data(), 2, 0, &value), 0);
+  EXPECT_EQ(value, 123);
+  EXPECT_EQ(AGL_Symbolic_SetAccessBufferS7_Counter(access.handle, access.buffer.data(), 2, 0, 987), 0);
+  EXPECT_EQ(access.buffer, (Data{0x09, 0x87}));
+  EXPECT_EQ(access.write(world.connection), 0);
+  EXPECT_EQ(world.command("read System.C5")["value"], 987);
+}
+
+TEST_F(CounterAndTimer, CounterStopsAt999) {
+  PathAccess access(world.root, "System.C5");
+  EXPECT_EQ(AGL_Symbolic_SetAccessBufferS7_Counter(access.handle, access.buffer.data(), 2, 0, 999), 0);
+  EXPECT_EQ(AGL_Symbolic_SetAccessBufferS7_Counter(access.handle, access.buffer.data(), 2, 0, 1000),
+            code(Error::ValueOutOfRange));
+  EXPECT_EQ(access.buffer, (Data{0x09, 0x99}));
+}
+
+TEST_F(CounterAndTimer, TimerIsReadAndWrittenAsAnS5Time) {
+  PathAccess access(world.root, "System.T5");
+  ASSERT_EQ(access.read(world.connection), 0);
+  agl_uint32_t ms = 0;
+  EXPECT_EQ(AGL_Symbolic_GetAccessBufferS7_S5TimeMs(access.handle, access.buffer.data(), 2, 0, &ms), 0);
+  EXPECT_EQ(ms, 100'000U);
+  EXPECT_EQ(AGL_Symbolic_SetAccessBufferS7_S5TimeMs(access.handle, access.buffer.data(), 2, 0, 50, 1), 0);
+  EXPECT_EQ(access.buffer, (Data{0x00, 0x05}));
+}
+
+TEST(SystemTypes, OfCounterAndTimerAreThoseACallerCanConvert) {
   EXPECT_EQ(element_type(plc::DataType::Counter).value, ValueType_t::vt_SYSTEM_SPECIFIC);
   EXPECT_EQ(element_type(plc::DataType::Counter).system, 1019);
   EXPECT_EQ(element_type(plc::DataType::Timer).value, ValueType_t::vt_SYSTEM_SPECIFIC);

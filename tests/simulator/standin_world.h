@@ -8,6 +8,7 @@
 #include <cstring>
 #include <nlohmann/json.hpp>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "simulator/plc/server.h"
@@ -46,8 +47,9 @@ inline agl_int32_t code(Error error) {
 
 class World {
  public:
-  explicit World(agl_int32_t device = 1, plc::ServerOptions options = plc::test_options())
-      : server(plc::test_program(), options), device_(device) {}
+  explicit World(agl_int32_t device = 1, const plc::ServerOptions& options = plc::test_options(),
+                 plc::Program program = plc::test_program())
+      : server(std::move(program), options), device_(device) {}
   ~World() {
     if (root != 0) AGL_Symbolic_FreeHandle(root);
     AGL_CloseDevice(device_);
@@ -80,8 +82,9 @@ class World {
 // A connected world with its symbols.
 class ConnectedWorld : public World {
  public:
-  explicit ConnectedWorld(agl_int32_t device = 1, plc::ServerOptions options = plc::test_options())
-      : World(device, std::move(options)) {
+  explicit ConnectedWorld(agl_int32_t device = 1, const plc::ServerOptions& options = plc::test_options(),
+                          plc::Program program = plc::test_program())
+      : World(device, options, std::move(program)) {
     prepare();
     EXPECT_EQ(connect(), 0);
     EXPECT_EQ(upload(), 0);
