@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 // Watches what the binding asks of the system. The tests are linked with --wrap for dlopen, dlsym, dlclose
-// and puts, so that these pass through here before they do what they always do.
+// and puts, so that these pass through here before they do what they always do. dlopen also overwrites every
+// register in which a caller's argument could survive by chance.
 #ifndef OSTRAVEL_TESTS_AGLINK_HOOKS_H_
 #define OSTRAVEL_TESTS_AGLINK_HOOKS_H_
 

@@ -89,7 +89,12 @@ SHAPE(Variadic, AGL_DataRW2Text)
 double AGL_DataRW2Text(int count, ...) {
   va_list list;
   va_start(list, count);
-  double sum = 0;
+  // The alignment moves the place where the compiler keeps the vector arguments, if al says that there are
+  // any. At its usual place the slow path of a forwarding function that loses al leaves the right values by
+  // chance.
+  alignas(512) volatile char room[512];
+  room[0] = 0;
+  double sum = room[0];
   for (int i = 1; i <= count; ++i) {
     sum += i * va_arg(list, int);
     sum += i * i * va_arg(list, double);
