@@ -2,9 +2,10 @@
 // SetupDevice: its call sequence, what it prints and how the state moves.
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <unistd.h>
 
-#include <chrono>
-#include <condition_variable>
+#include <fstream>
+#include <future>
 #include <mutex>
 #include <thread>
 
@@ -226,26 +227,72 @@ TEST_F(SetupDevice, ShowsTheTreeToWhoeverSeesSuccess) {
 }
 
 // A time-out of the runtime can start a second connection thread while the first still waits for the PLC.
-TEST_F(SetupDevice, LetsASecondRunWaitForTheFirst) {
-  std::mutex mutex;
-  std::condition_variable changed;
-  bool second_began = false;
+// This one starts in the middle of the first run, which goes on when the second waits or has ended.
+class SecondRun : public SetupDevice {
+ protected:
+  void runs_during_the_first(const std::string& address) {
+    library.onCall("AGL_PLCConnectEx", [this, address] {
+      if (started) return;
+      started = true;
+      second = std::thread([this, address] {
+        thread_id.set_value(gettid());
+        second_result = loader.SetupDevice(address);
+      });
+      wait_until_idle(thread_id.get_future().get());
+      calls_meanwhile = library.count("AGL_GetParas") - 1;
+    });
+    EXPECT_EQ(run("192.168.0.10"), 1);
+    second.join();
+  }
+
+  // Until the kernel says that the thread sleeps, or knows it no more.
+  static void wait_until_idle(pid_t thread_id) {
+    const std::string path = "/proc/self/task/" + std::to_string(thread_id) + "/stat";
+    for (int times_asleep = 0; times_asleep < 100; std::this_thread::yield()) {
+      std::ifstream stat(path);
+      std::string line;
+      if (!std::getline(stat, line)) return;
+      const bool asleep = line.substr(line.rfind(')') + 2, 1) == "S";
+      times_asleep = asleep ? times_asleep + 1 : 0;
+    }
+  }
+
+  bool started = false;
+  std::promise<pid_t> thread_id;
   std::thread second;
-  library.onCall("AGL_PLCConnectEx", [&] {
-    if (second.joinable()) return;
-    second = std::thread([&] { loader.SetupDevice("192.168.0.11"); });
-    std::unique_lock lock(mutex);
-    // The wait only gives a second run that does not wait the time to show itself.
-    EXPECT_FALSE(changed.wait_for(lock, std::chrono::milliseconds(100), [&] { return second_began; }));
-  });
-  library.onCall("AGL_GetParas", [&] {
-    const std::lock_guard lock(mutex);
-    second_began = library.count("AGL_GetParas") == 2;
-    changed.notify_all();
-  });
-  run();
-  second.join();
+  int second_result = -1;
+  int calls_meanwhile = -1;
+};
+
+TEST_F(SecondRun, WaitsForTheFirst) {
+  runs_during_the_first("192.168.0.11");
+  EXPECT_EQ(calls_meanwhile, 0);
+  EXPECT_EQ(second_result, 1);
   EXPECT_EQ(library.count("AGL_PLCConnectEx"), 2);
+}
+
+TEST_F(SecondRun, HasNothingLeftToDoForTheSameAddress) {
+  runs_during_the_first("192.168.0.10");
+  EXPECT_EQ(calls_meanwhile, 0);
+  EXPECT_EQ(second_result, 1);
+  EXPECT_EQ(library.count("AGL_PLCConnectEx"), 1);
+}
+
+TEST_F(SecondRun, TriesForItselfWhenTheFirstFailed) {
+  library.failCall("AGL_Symbolic_LoadAGLinkSymbolsFromPLC", 1, -77);
+  std::thread both[2];
+  int results = 0;
+  std::mutex mutex;
+  for (auto& one : both) {
+    one = std::thread([&] {
+      const int result = loader.SetupDevice("192.168.0.10");
+      const std::lock_guard lock(mutex);
+      results += result;
+    });
+  }
+  for (auto& one : both) one.join();
+  EXPECT_EQ(results, 1);
+  EXPECT_EQ(loader.loader_state, SymbolsLoader::Success);
 }
 
 TEST_F(SetupDevice, EndsInErrorWithoutALibrary) {
