@@ -144,6 +144,21 @@ TEST_F(TagTable, LongestNameIsReadWhole) {
   EXPECT_EQ(name(1), "Behind");
 }
 
+TEST_F(TagTable, NamesOfALargeTableStayApart) {
+  constexpr DWORD kRows = 5000;
+  const auto name_of = [](DWORD row) {
+    return "Line" + std::to_string(row) + std::string(row % 97, 'x') + "." + std::to_string(row);
+  };
+  ProjectFile project;
+  for (DWORD row = 0; row < kRows; ++row) project.tag(name_of(row), row + 1);
+  read(project);
+  ASSERT_EQ(table.m_Counts, kRows);
+  for (DWORD row = 0; row < kRows; ++row) {
+    ASSERT_EQ(name(row), name_of(row));
+    ASSERT_EQ(table.Get(row)->Reserved, row + 1);
+  }
+}
+
 TEST_F(TagTable, NamesAreEightBitCharacters) {
   read(ProjectFile().tag("\xC3\x84nderung\xFF", 1));
   EXPECT_EQ(name(0), "\xC3\x84nderung\xFF");
