@@ -83,6 +83,7 @@ agl_int32_t AGL_Symbolic_GetAccessElementValueType(HandleType AccessHandle, Valu
   STANDIN_VALUE(Char8, agl_char8_t, vt_CHAR8)       \
   STANDIN_VALUE(Char16, agl_char16_t, vt_CHAR16)
 
+// NOLINTBEGIN(bugprone-macro-parentheses): a type in a declaration takes none
 #define STANDIN_DECLARE(name, type, value_type)                                                            \
   agl_int32_t AGL_Symbolic_GetAccessBuffer##name(HandleType AccessHandle, const void* Buffer,              \
                                                  agl_int32_t BufferLen, agl_int32_t Element, type* Value); \
@@ -90,6 +91,7 @@ agl_int32_t AGL_Symbolic_GetAccessElementValueType(HandleType AccessHandle, Valu
                                                  agl_int32_t BufferLen, agl_int32_t Element, type Value);
 STANDIN_VALUES(STANDIN_DECLARE)
 #undef STANDIN_DECLARE
+// NOLINTEND(bugprone-macro-parentheses)
 
 agl_int32_t AGL_Symbolic_GetAccessBufferS7_Counter(HandleType AccessHandle, const void* Buffer,
                                                    agl_int32_t BufferLen, agl_int32_t Element,

@@ -58,6 +58,7 @@ agl_int32_t set(HandleType handle, void* buffer, agl_int32_t length, agl_int32_t
 
 extern "C" {
 
+// NOLINTBEGIN(bugprone-macro-parentheses): a type in a declaration takes none
 #define STANDIN_DEFINE(name, type, value_type)                                                              \
   agl_int32_t AGL_Symbolic_GetAccessBuffer##name(HandleType AccessHandle, const void* Buffer,               \
                                                  agl_int32_t BufferLen, agl_int32_t Element, type* Value) { \
@@ -69,4 +70,5 @@ extern "C" {
   }
 STANDIN_VALUES(STANDIN_DEFINE)
 #undef STANDIN_DEFINE
+// NOLINTEND(bugprone-macro-parentheses)
 }
