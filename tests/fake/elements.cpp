@@ -138,7 +138,7 @@ agl_int32_t set(HandleType access, void* buffer, agl_int32_t length, agl_int32_t
   if constexpr (std::floating_point<T>) {
     stored.real = static_cast<double>(value);
   } else {
-    stored.number = static_cast<std::uint64_t>(value);
+    stored.number = static_cast<std::uint64_t>(value);  // NOLINT(bugprone-signed-char-misuse): on purpose
   }
   record(stored, access, buffer, length);
   const auto answer = [&](World& world) -> agl_int32_t {

@@ -23,7 +23,8 @@ std::vector<Value> numbers(const std::vector<T>& plain) {
   std::vector<Value> values;
   for (const auto number : plain) {
     Value value;
-    value.number = static_cast<std::uint64_t>(number);
+    value.number =
+        static_cast<std::uint64_t>(number);  // NOLINT(bugprone-signed-char-misuse): sign-extends on purpose
     values.push_back(value);
   }
   return values;

@@ -72,7 +72,7 @@ TEST(ConnectionParameters, ReachEachOfTheFourConnections) {
     set_aglink_s7_tcp_ip_tia_paras("192.168.0.10", 255, index, 0, 102, 60000);
     Bytes expected(512, 0);
     const Bytes record = connection_record("192.168.0.10");
-    std::copy(record.begin(), record.end(), expected.begin() + 128 * index);
+    std::copy(record.begin(), record.end(), expected.begin() + std::ptrdiff_t{128} * index);
     EXPECT_EQ(library.parametersSet()[0].bytes, expected) << index;
     EXPECT_EQ(library.parametersSet()[0].device, 255);
   }
