@@ -200,8 +200,9 @@ Selection select(const Project& project, std::string_view text) {
 }
 
 std::vector<Access> read_accesses(const Selection& selection, bool char_paired) {
-  std::vector<Access> accesses;
   const int records = selection.tag.type->is_text() ? selection.tag.elements : 1;
+  std::vector<Access> accesses;
+  accesses.reserve(static_cast<std::size_t>(records));
   for (int i = 0; i < records; ++i) {
     accesses.push_back(access_of(selection, char_paired, i));
   }

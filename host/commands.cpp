@@ -3,6 +3,7 @@
 
 #include <fmt/format.h>
 
+#include <algorithm>
 #include <atomic>
 #include <csignal>
 #include <filesystem>
@@ -56,6 +57,7 @@ class Host {
 
   std::vector<Selection> selections(const std::vector<std::string>& names) const {
     std::vector<Selection> selections;
+    selections.reserve(std::max(names.size(), project().tags.size()));
     for (const auto& name : names) {
       selections.push_back(select(project(), name));
     }

@@ -43,6 +43,7 @@ std::vector<std::vector<std::string>> texts(const char (*table)[Cells][Width], i
 
 DriverLibrary::DriverLibrary(const std::filesystem::path& path)
     : handle_(load(std::filesystem::absolute(path), RTLD_NOW | RTLD_LOCAL)) {
+// NOLINTBEGIN(bugprone-macro-parentheses): the arguments are declarations
 #define OSTRAVEL_ENTRY_POINT(name, result, arguments)                                                   \
   name = reinterpret_cast<result(*) arguments>(dlsym(handle_, "KORVALE_DRV_" #name));                   \
   if (name == nullptr) {                                                                                \
@@ -51,6 +52,7 @@ DriverLibrary::DriverLibrary(const std::filesystem::path& path)
   }
 #include "host/entrypoints.def"
 #undef OSTRAVEL_ENTRY_POINT
+  // NOLINTEND(bugprone-macro-parentheses)
 }
 
 void* DriverLibrary::find(const char* name) const {

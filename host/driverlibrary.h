@@ -20,6 +20,7 @@ class DriverLibrary {
   // Never unloaded: a connection thread of the driver may still be at work when the host is done with it.
   ~DriverLibrary() = default;
 
+// NOLINTNEXTLINE(bugprone-macro-parentheses): the arguments are declarations
 #define OSTRAVEL_ENTRY_POINT(name, result, arguments) result(*name) arguments = nullptr;
 #include "host/entrypoints.def"
 #undef OSTRAVEL_ENTRY_POINT

@@ -27,6 +27,7 @@ enum class LinkState : std::uint8_t {
 };
 const char* to_text(LinkState state);
 
+// NOLINTNEXTLINE(bugprone-exception-escape): moving a JSON value checks itself and could throw in theory
 struct TagState {
   nlohmann::json value;    // the last one delivered; null before the first
   BYTE error = kNotAsked;  // of the last answer

@@ -3,7 +3,6 @@
 
 #include <fmt/format.h>
 
-#include <algorithm>
 #include <filesystem>
 
 #include "host/demo/sampleplant.h"
@@ -35,12 +34,9 @@ void run_offline_demo(const DemoOptions& options, Screen& screen, Ledger& ledger
   Poller poller(session, selections, project.char_paired);
   ledger.check(poller.poll() == LinkState::Online, "the first poll was not served");
   std::size_t zeros = 0;
-  const auto is_zero = [](const nlohmann::json& value) {
-    return value == 0 || value == 0.0 || value == false || value == "";
-  };
   for (std::size_t i = 0; i < poller.size(); ++i) {
     const auto& value = poller.state(i).value;
-    const bool zero = value.is_array() ? std::all_of(value.begin(), value.end(), is_zero) : is_zero(value);
+    const bool zero = is_nothing(value);
     zeros += zero ? 1 : 0;
     ledger.check(zero, fmt::format("{} begins with {}", poller.selection(i).text, value_text(value)));
   }

@@ -164,9 +164,8 @@ void OnlineDemo::check_snapshot() {
 
 // Zeros and empty texts are what the driver is to deliver here.
 void OnlineDemo::check_limit(const Selection& selection, const nlohmann::json& value) {
-  const auto empty = [](const nlohmann::json& element) { return element == 0 || element == ""; };
-  const bool good = value.is_array() ? std::all_of(value.begin(), value.end(), empty) : empty(value);
-  ledger_.check(good, fmt::format("{}: delivered {} instead of zeros", selection.text, value_text(value)));
+  ledger_.check(is_nothing(value),
+                fmt::format("{}: delivered {} instead of zeros", selection.text, value_text(value)));
 }
 
 void OnlineDemo::write_all() {
@@ -193,7 +192,7 @@ void OnlineDemo::write_all() {
 // Returns what the PLC holds.
 nlohmann::json OnlineDemo::check_written(const Selection& selection, const nlohmann::json& value) {
   const auto expected = view_.of(selection, value);
-  const auto held = plc_->value(selection.text);
+  auto held = plc_->value(selection.text);
   ledger_.check(!expected.is_null() && held == expected,
                 fmt::format("{}: {} was written, the PLC holds {}", selection.text, value_text(expected),
                             value_text(held)));

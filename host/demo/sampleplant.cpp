@@ -91,6 +91,13 @@ bool is_known_limit(std::string_view tag) {
   return tag.starts_with("Limits.");
 }
 
+bool is_nothing(const nlohmann::json& value) {
+  if (value.is_array()) {
+    return std::all_of(value.begin(), value.end(), is_nothing);
+  }
+  return value.is_string() ? value.get_ref<const std::string&>().empty() : value == 0 || value == false;
+}
+
 std::span<const SampleWrite> sample_writes() {
   return kWrites;
 }

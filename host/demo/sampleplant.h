@@ -19,6 +19,9 @@ Project sample_project(const std::string& exported, const std::string& more, con
 // texts, with good status. Writing their elements works.
 bool is_known_limit(std::string_view tag);
 
+// Zero, false or an empty text, or an array of nothing else.
+bool is_nothing(const nlohmann::json& value);
+
 struct SampleWrite {
   const char* tag;
   const char* value;  // JSON

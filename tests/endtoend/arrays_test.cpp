@@ -54,6 +54,16 @@ TEST(Arrays, LowerBoundBelowZeroReadsAsZeros) {
   EXPECT_EQ(world.held("Limits.BelowZero[-3]"), 5);
 }
 
+// Deliberate: the zeros also stand in front of an element that is read by a name of its own. Where the array
+// begins above 0, that index as the array index reaches over them.
+TEST(Arrays, ElementWithATagOfItsOwnNeedsTheLowerBoundAsIndex) {
+  World world({.tags = "Arrays.FromOne[2],DINT,1,,1,1,1\nArrays.Levels[2],INT,1,,1,1,2\n"});
+  EXPECT_EQ(world.read("Arrays.FromOne[2]"), 0);
+  EXPECT_EQ(world.read("Arrays.Levels[2]"), 30) << "an array from 0 has no zeros in front";
+  const auto answer = world.session().read(std::vector<Access>{{0, DT_DINT, 1, 1, 0, 2}});
+  EXPECT_EQ(answer.records.at(0).words, (Words{200000 & 0xFFFF, 200000 >> 16}));
+}
+
 // Deliberate: a write's index is not brought back to the array's lower bound as a read's is.
 TEST(Arrays, WholeWriteOfAnArrayFromOneLandsOneElementLater) {
   World world;
