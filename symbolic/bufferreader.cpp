@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <cstdint>
+#include <limits>
 #include <stdexcept>
 
 #include "symbolic/accessbuffer.h"
@@ -31,6 +32,13 @@ void read_value(agl_int32_t (*get)(HandleType, const void*, agl_int32_t, agl_int
     return;
   }
   BufferReader::SetupDataVector(value, data);
+}
+
+// Characters that the library may write, as it takes the number; of a size beyond 32 bits not what is left of
+// it.
+agl_int32_t room_of(std::int64_t size) {
+  using Limits = std::numeric_limits<agl_int32_t>;
+  return static_cast<agl_int32_t>(std::clamp<std::int64_t>(size, Limits::min(), Limits::max()));
 }
 
 // Makes data exactly size bytes long and puts the first count bytes of text at its start. A string that
@@ -152,9 +160,9 @@ void BufferReader::ReadString8(const SymbolicRW_t& rw, const size_t& elementInde
   const std::int64_t size = std::int64_t{StringSize} + 1;
   const auto text = zeroed_memory(size);
   agl_int32_t CharCount = 0;
-  res = AGL_Symbolic_GetAccessBufferString8(rw.AccessHandle, rw.Buffer, length_of(rw),
-                                            element_of(elementIndex), static_cast<agl_char8_t*>(text.get()),
-                                            static_cast<agl_int32_t>(size), &CharCount);
+  res =
+      AGL_Symbolic_GetAccessBufferString8(rw.AccessHandle, rw.Buffer, length_of(rw), element_of(elementIndex),
+                                          static_cast<agl_char8_t*>(text.get()), room_of(size), &CharCount);
   if (res != AGL40_SUCCESS) {
     ErrorHelper::ShowError(res, "AGL_Symbolic_GetAccessBufferString8");
     return;
@@ -173,7 +181,7 @@ void BufferReader::ReadString16(const SymbolicRW_t& rw, const size_t& elementInd
   agl_int32_t CharCount = 0;
   const agl_int32_t res = AGL_Symbolic_GetAccessBufferString16(
       rw.AccessHandle, rw.Buffer, length_of(rw), element_of(elementIndex),
-      static_cast<agl_char16_t*>(text.get()), static_cast<agl_int32_t>(size), &CharCount);
+      static_cast<agl_char16_t*>(text.get()), room_of(size), &CharCount);
   if (res != AGL40_SUCCESS) {
     ErrorHelper::ShowError(res, "AGL_Symbolic_GetAccessBufferString16");
     return;
