@@ -26,7 +26,7 @@ std::uint8_t low(std::size_t value) {
 
 void append_tpkt(Bytes& out, std::size_t payload) {
   const std::size_t length = kTpktHeader + payload;
-  out.insert(out.end(), {kVersion, 0, high(length), low(length)});
+  for (const std::uint8_t byte : {kVersion, std::uint8_t{0}, high(length), low(length)}) out.push_back(byte);
 }
 
 Bytes connect_frame(std::uint8_t code, std::uint16_t destination, std::uint16_t source, std::uint8_t unit) {
