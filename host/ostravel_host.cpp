@@ -1,7 +1,5 @@
 // SPDX-License-Identifier: MIT
 // ostravel-host: plays the HMI runtime, so that the driver can be tried without one.
-//
-// Exit codes: 0 all well, 1 a tag has no value, 2 wrong command line or file, 3 no driver, 4 no PLC.
 #include <fmt/format.h>
 
 #include <cstdio>
@@ -34,6 +32,8 @@ int run(int argc, char** argv) {
   CLI::App app{"Plays the HMI runtime: loads the driver and exchanges tags with a PLC"};
   app.require_subcommand(1);
   app.fallthrough();
+  app.footer(
+      "Exit codes: 0 all well, 1 a tag has no value, 2 wrong command line or file, 3 no driver, 4 no PLC");
   add_options(app, options);
 
   auto* describe = app.add_subcommand("describe", "what the driver says of itself: types, sizes, limits");
