@@ -84,16 +84,6 @@ struct Client::Link {
       lose(error.what());
     }
   }
-
-  // An answer to an earlier request may still arrive; an end of the stream means that the other side left.
-  void look_for_end() {
-    asio::error_code error;
-    std::uint8_t byte = 0;
-    socket.non_blocking(true, error);
-    const auto count = socket.receive(asio::buffer(&byte, 1), asio::socket_base::message_peek, error);
-    if (error == asio::error::would_block || (!error && count != 0)) return;
-    lose(error ? error.message() : "closed by the other side");
-  }
 };
 
 Client::Client(const std::string& address, std::uint16_t port, Milliseconds limit)
@@ -114,7 +104,6 @@ Client::~Client() = default;
 Answer Client::ask(RequestBody body, Milliseconds limit) {
   if (!alive()) throw ConnectionLost("not connected");
   const auto deadline = Clock::now() + limit;
-  link_->look_for_end();
   Request request{++link_->sequence, static_cast<std::uint32_t>(limit.count()), std::move(body)};
   link_->send(message_frames(encode(request), link_->unit), deadline);
   while (true) {

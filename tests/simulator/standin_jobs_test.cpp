@@ -145,6 +145,18 @@ TEST_F(Jobs, SymbolsOfAnotherProgramFailTheWholeJob) {
   AGL_CloseDevice(5);
 }
 
+TEST_F(Jobs, ItemOfAnotherTreeThanTheFirstFailsAlone) {
+  ConnectedWorld other(
+      6, plc::test_options(),
+      plc::load_text("DATA_BLOCK \"B\"\nVAR\na : Int;\nEND_VAR\nBEGIN\nEND_DATA_BLOCK\n", "b.db"));
+  PathAccess own(world.root, "Plant.Locked");
+  PathAccess foreign(other.root, "B.a");
+  std::vector<SymbolicRW_t> items{own.item(), foreign.item()};
+  EXPECT_EQ(AGL_Symbolic_ReadMixEx(world.connection, items.data(), 2, nullptr, kTimeout, 0), 0);
+  EXPECT_EQ(items[0].Result, 0);
+  EXPECT_EQ(items[1].Result, code(Error::ProgramChanged));
+}
+
 TEST_F(Jobs, AllItemsOfAJobShowOneCycle) {
   auto options = plc::test_options();
   options.cycle = std::chrono::microseconds(500);

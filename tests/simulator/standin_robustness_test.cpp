@@ -135,12 +135,28 @@ TEST(Garbage, VeryLongPathIsOnlyUnknown) {
             code(Error::PathUnknown));
 }
 
-TEST(Garbage, LeaksNothing) {
-  const auto now = statistics();
-  EXPECT_EQ(now.live_roots, 0U);
-  EXPECT_EQ(now.live_nodes, 0U);
-  EXPECT_EQ(now.live_accesses, 0U);
-  EXPECT_EQ(now.open_connections, 0U);
+TEST(Leaks, NothingIsLeftOfAWorldThatFreesItsHandles) {
+  const auto before = statistics();
+  {
+    ConnectedWorld world;
+    HandleType node = 0;
+    HandleType none = 0;
+    ASSERT_EQ(AGL_Symbolic_GetNodeByPath(world.root, "Plant.Matrix", &node, nullptr), 0);
+    ASSERT_NE(AGL_Symbolic_GetNodeByPath(world.root, "Plant.None", &none, nullptr), 0);
+    ASSERT_NE(AGL_Symbolic_CreateAccessByPath(world.root, "Plant.Tanks", &none, nullptr), 0);
+    const PathAccess access(world.root, "Plant.aInt");
+    const auto during = statistics();
+    EXPECT_EQ(during.live_roots, before.live_roots + 1);
+    EXPECT_EQ(during.live_nodes, before.live_nodes + 1);
+    EXPECT_EQ(during.live_accesses, before.live_accesses + 1);
+    EXPECT_EQ(during.open_connections, before.open_connections + 1);
+    EXPECT_EQ(AGL_Symbolic_FreeHandle(node), 0);
+  }
+  const auto after = statistics();
+  EXPECT_EQ(after.live_roots, before.live_roots);
+  EXPECT_EQ(after.live_nodes, before.live_nodes);
+  EXPECT_EQ(after.live_accesses, before.live_accesses);
+  EXPECT_EQ(after.open_connections, before.open_connections);
 }
 
 }  // namespace

@@ -82,8 +82,20 @@ TEST(SymbolTree, RefusesAClaimOfFourBillionSymbolsWithoutReservingThem) {
   EXPECT_FALSE(decode_tree(Bytes{0xDD, 0xFF, 0xFF, 0xFF, 0xFF, 0x90}));
 }
 
-TEST(SymbolTree, RefusesDeepNesting) {
-  EXPECT_FALSE(decode_tree(Bytes(100'000, 0x91)));
+// Structures without a name or members, each in the one before.
+Bytes chain_of_structures(std::size_t levels) {
+  const Bytes one{0x91, 0x9A, 0xA0, static_cast<std::uint8_t>(DataType::Struct), 0xA0, 0, 0x90, 0,
+                  0,    0xC3, 0xC3};
+  Bytes bytes;
+  for (std::size_t i = 0; i < levels; ++i) bytes.insert(bytes.end(), one.begin(), one.end());
+  bytes.push_back(0x90);
+  return bytes;
+}
+
+TEST(SymbolTree, RefusesNestingThatWouldExhaustTheStack) {
+  EXPECT_TRUE(decode_tree(chain_of_structures(70)));
+  EXPECT_FALSE(decode_tree(chain_of_structures(73)));
+  EXPECT_FALSE(decode_tree(chain_of_structures(1'000'000)));
 }
 
 TEST(SymbolTree, AcceptsSixtyLevelsOfStructures) {
