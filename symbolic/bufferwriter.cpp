@@ -33,11 +33,13 @@ T value_at(const Data& data, size_t position, size_t offset = 0) {
 template <class T>
 using Setter = agl_int32_t (*)(HandleType, void*, agl_int32_t, agl_int32_t, T);
 
-// The way of every value that one library function takes. Without a name a failure is not reported.
+constexpr const char* kUnreported = nullptr;
+
+// The way of every value that one library function takes.
 template <class T>
 void write_value(Setter<T> set, const char* name, SymbolicRW_t& rw, size_t elementIndex, T value) {
   const agl_int32_t res = set(rw.AccessHandle, rw.Buffer, length_of(rw), element_of(elementIndex), value);
-  if (res != AGL40_SUCCESS && name != nullptr) ErrorHelper::ShowError(res, name);
+  if (res != AGL40_SUCCESS && name != kUnreported) ErrorHelper::ShowError(res, name);
 }
 
 ValueType_t::enum_t value_type_of(const SymbolicRW_t& rw) {
@@ -169,60 +171,31 @@ void BufferWriter::WriteUint16(SymbolicRW_t& rw, const size_t& elementIndex, con
                             elementIndex, value);
 }
 
-void BufferWriter::WriteUint32(SymbolicRW_t& rw, const size_t& elementIndex, const Data& data,
-                               size_t writeIndex) {
-  write_value(AGL_Symbolic_SetAccessBufferUInt32, "AGL_Symbolic_SetAccessBufferUint32", rw, elementIndex,
-              value_at<agl_uint32_t>(data, writeIndex));
-}
+// A writer that is nothing but a library function, its value's type and the name in the error report. The
+// name of WriteUint32 is spelt so deliberately, and failures of the 16-bit integer and the reals go
+// unreported deliberately.
+#define OSTRAVEL_VALUE_WRITER(Writer, Function, Type, Name)                                 \
+  void BufferWriter::Writer(SymbolicRW_t& rw, const size_t& elementIndex, const Data& data, \
+                            size_t writeIndex) {                                            \
+    write_value(Function, Name, rw, elementIndex, value_at<Type>(data, writeIndex));        \
+  }
 
-void BufferWriter::WriteUint64(SymbolicRW_t& rw, const size_t& elementIndex, const Data& data,
-                               size_t writeIndex) {
-  write_value(AGL_Symbolic_SetAccessBufferUInt64, "AGL_Symbolic_SetAccessBufferUInt64", rw, elementIndex,
-              value_at<agl_uint64_t>(data, writeIndex));
-}
-
-void BufferWriter::WriteInt8(SymbolicRW_t& rw, const size_t& elementIndex, const Data& data,
-                             size_t writeIndex) {
-  write_value(AGL_Symbolic_SetAccessBufferInt8, "AGL_Symbolic_SetAccessBufferInt8", rw, elementIndex,
-              value_at<agl_int8_t>(data, writeIndex));
-}
-
-// Failures of this one and of the two reals go unreported, deliberately.
-void BufferWriter::WriteInt16(SymbolicRW_t& rw, const size_t& elementIndex, const Data& data,
-                              size_t writeIndex) {
-  write_value(AGL_Symbolic_SetAccessBufferInt16, nullptr, rw, elementIndex,
-              value_at<agl_int16_t>(data, writeIndex));
-}
-
-void BufferWriter::WriteInt32(SymbolicRW_t& rw, const size_t& elementIndex, const Data& data,
-                              size_t writeIndex) {
-  write_value(AGL_Symbolic_SetAccessBufferInt32, "AGL_Symbolic_SetAccessBufferInt32", rw, elementIndex,
-              value_at<agl_int32_t>(data, writeIndex));
-}
-
-void BufferWriter::WriteInt64(SymbolicRW_t& rw, const size_t& elementIndex, const Data& data,
-                              size_t writeIndex) {
-  write_value(AGL_Symbolic_SetAccessBufferInt64, "AGL_Symbolic_SetAccessBufferInt64", rw, elementIndex,
-              value_at<agl_int64_t>(data, writeIndex));
-}
-
-void BufferWriter::WriteFloat32(SymbolicRW_t& rw, const size_t& elementIndex, const Data& data,
-                                size_t writeIndex) {
-  write_value(AGL_Symbolic_SetAccessBufferFloat32, nullptr, rw, elementIndex,
-              value_at<agl_float32_t>(data, writeIndex));
-}
-
-void BufferWriter::WriteFloat64(SymbolicRW_t& rw, const size_t& elementIndex, const Data& data,
-                                size_t writeIndex) {
-  write_value(AGL_Symbolic_SetAccessBufferFloat64, nullptr, rw, elementIndex,
-              value_at<agl_float64_t>(data, writeIndex));
-}
-
-void BufferWriter::WriteChar8(SymbolicRW_t& rw, const size_t& elementIndex, const Data& data,
-                              size_t writeIndex) {
-  write_value(AGL_Symbolic_SetAccessBufferChar8, "AGL_Symbolic_SetAccessBufferChar8", rw, elementIndex,
-              value_at<agl_char8_t>(data, writeIndex));
-}
+OSTRAVEL_VALUE_WRITER(WriteUint32, AGL_Symbolic_SetAccessBufferUInt32, agl_uint32_t,
+                      "AGL_Symbolic_SetAccessBufferUint32")
+OSTRAVEL_VALUE_WRITER(WriteUint64, AGL_Symbolic_SetAccessBufferUInt64, agl_uint64_t,
+                      "AGL_Symbolic_SetAccessBufferUInt64")
+OSTRAVEL_VALUE_WRITER(WriteInt8, AGL_Symbolic_SetAccessBufferInt8, agl_int8_t,
+                      "AGL_Symbolic_SetAccessBufferInt8")
+OSTRAVEL_VALUE_WRITER(WriteInt16, AGL_Symbolic_SetAccessBufferInt16, agl_int16_t, kUnreported)
+OSTRAVEL_VALUE_WRITER(WriteInt32, AGL_Symbolic_SetAccessBufferInt32, agl_int32_t,
+                      "AGL_Symbolic_SetAccessBufferInt32")
+OSTRAVEL_VALUE_WRITER(WriteInt64, AGL_Symbolic_SetAccessBufferInt64, agl_int64_t,
+                      "AGL_Symbolic_SetAccessBufferInt64")
+OSTRAVEL_VALUE_WRITER(WriteFloat32, AGL_Symbolic_SetAccessBufferFloat32, agl_float32_t, kUnreported)
+OSTRAVEL_VALUE_WRITER(WriteFloat64, AGL_Symbolic_SetAccessBufferFloat64, agl_float64_t, kUnreported)
+OSTRAVEL_VALUE_WRITER(WriteChar8, AGL_Symbolic_SetAccessBufferChar8, agl_char8_t,
+                      "AGL_Symbolic_SetAccessBufferChar8")
+#undef OSTRAVEL_VALUE_WRITER
 
 // A 16-bit character is not written, deliberately.
 void BufferWriter::WriteChar16(SymbolicRW_t&, const size_t&, const Data&, size_t) {}
