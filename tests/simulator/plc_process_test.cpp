@@ -17,8 +17,6 @@
 #include "simulator/wire/client.h"
 #include "tests/simulator/plc_program.h"
 
-extern char** environ;
-
 namespace ostravel::plc {
 namespace {
 
@@ -31,6 +29,7 @@ class Process {
   explicit Process(std::vector<std::string> arguments) {
     arguments.insert(arguments.begin(), OSTRAVEL_PLC);
     std::vector<char*> argv;
+    argv.reserve(arguments.size() + 1);
     for (auto& argument : arguments) argv.push_back(argument.data());
     argv.push_back(nullptr);
     std::array<int, 2> in{};

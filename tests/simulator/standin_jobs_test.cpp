@@ -2,6 +2,8 @@
 // Read and write jobs end to end: what the PLC's console says and what the library says are the same.
 #include <gtest/gtest.h>
 
+#include <array>
+#include <atomic>
 #include <thread>
 
 #include "tests/simulator/standin_world.h"
@@ -177,10 +179,10 @@ TEST_F(Jobs, AllItemsOfAJobShowOneCycle) {
 }
 
 TEST_F(Jobs, SeveralThreadsShareOneConnection) {
-  std::vector<std::thread> threads;
+  std::array<std::thread, 4> threads;
   std::atomic<int> good = 0;
-  for (int t = 0; t < 4; ++t) {
-    threads.emplace_back([&] {
+  for (auto& thread : threads) {
+    thread = std::thread([&] {
       for (int i = 0; i < 50; ++i) {
         PathAccess access(world.root, "Plant.Locked");
         if (access.read(world.connection) == 0 && access.buffer == Data{0, 5}) ++good;
