@@ -34,17 +34,12 @@ FRAME_DATA KORVALE_DRV_GetInitCmdEx2(int* nResponseLength, int nCmdIndex, BYTE b
                                      DWORD** mem_addr) {
   if (nCmdIndex == 0) {
     GData& device = *device_of(*mem_addr);
-    SymbolsLoader& loader = device.GsymbolsParser;
-    loader.loader_state = SymbolsLoader::Idle;
+    const device_descriptor descriptor = device.GTagTable.get_device_descriptor();
+    device.GsymbolsParser.Reinitialise(byPLCStationNo, descriptor.device_password,
+                                       descriptor.enable_password);
     device.read_device_state = false;
     device.write_device_state = false;
-    loader.read_data_queue_filter.clear();
-    loader.set_station_id(byPLCStationNo);
-    const device_descriptor descriptor = device.GTagTable.get_device_descriptor();
-    loader.set_password(descriptor.device_password);
-    loader.set_enable_parameter(descriptor.enable_password);
     const auto entry = ip_table.find(byPLCStationNo);
-    loader.bDisconnect = false;
     device.bIsInitDevice = false;
     device.DeviceIP = entry != ip_table.end() ? entry->second : std::string();
   }
@@ -88,8 +83,6 @@ void KORVALE_DRV_CloseDevice(BYTE, DWORD* addr) {
 
 void* server_listen_thread(void* device) {
   pthread_detach(pthread_self());
-  SymbolsLoader& loader = static_cast<GData*>(device)->GsymbolsParser;
-  const std::string address = loader.RemoteIP;
-  loader.SetupDevice(address);
+  static_cast<GData*>(device)->GsymbolsParser.RunOrderedSetup();
   return nullptr;
 }

@@ -23,11 +23,16 @@ FRAME_DATA answer(GUI_REQUEST& request, BYTE wait_response, INT response_length)
   return frame;
 }
 
+// False when it has to wait for a later cycle.
+bool start_connection_thread(GData& device) {
+  SymbolsLoader& loader = device.GsymbolsParser;
+  if (!loader.OrderSetup(device.DeviceIP)) return false;
+  if (pthread_create(&device.thread, nullptr, server_listen_thread, &device) != 0) loader.CancelOrder();
+  return true;
+}
+
 void start_device(GData& device) {
-  if (device.GsymbolsParser.loader_state == SymbolsLoader::Idle) {
-    device.GsymbolsParser.RemoteIP = device.DeviceIP;
-    pthread_create(&device.thread, nullptr, server_listen_thread, &device);
-  }
+  if (device.GsymbolsParser.loader_state == SymbolsLoader::Idle && !start_connection_thread(device)) return;
   device.LOADER_PROJECT = GetCurSystemMS_Tick();
   device.pGCmdQueue = nullptr;
   device.GCmdCounts = 0;

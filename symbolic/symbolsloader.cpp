@@ -22,21 +22,74 @@ void fetch_error_text(agl_int32_t code) {
   AGL_GetErrorMsg(code, errormsg, sizeof errormsg);
 }
 
+std::string symbols_file_of(unsigned char station) {
+  return "/mnt/project/" + std::to_string(station) + "_s71500_symbolic.ap";
+}
+
 }  // namespace
+
+void SymbolsLoader::Reinitialise(unsigned char station, const std::string& password, bool enable_password) {
+  const std::lock_guard moment(settings_);
+  ++generation_;
+  loader_state = Idle;
+  read_data_queue_filter.clear();
+  set_station_id(station);
+  set_password(password);
+  set_enable_parameter(enable_password);
+  bDisconnect = false;
+}
+
+bool SymbolsLoader::OrderSetup(const std::string& address) {
+  if (order_pending_) return false;
+  RemoteIP = address;
+  ordered_generation_ = generation_;
+  order_pending_ = true;
+  return true;
+}
+
+int SymbolsLoader::RunOrderedSetup() {
+  const bool ordered = order_pending_;
+  const std::string address = RemoteIP;
+  const unsigned generation = ordered_generation_;
+  order_pending_ = false;
+  if (ordered) {
+    // Settled by another thread, or overtaken by a re-initialisation that orders a thread of its own.
+    const std::lock_guard one_at_a_time(setup_);
+    if (IsUpFor(address)) return 1;
+    const Settings settings = CurrentSettings();
+    if (settings.generation != generation) return 0;
+    return ConnectAndLoadSymbols(address, settings);
+  }
+  return SetupDevice(address);
+}
 
 int SymbolsLoader::SetupDevice(const std::string& PLCIP) {
   std::unique_lock one_at_a_time(setup_, std::try_to_lock);
   if (!one_at_a_time.owns_lock()) {
     one_at_a_time.lock();
-    // Once more would pull the tree from under the filters, which already use it.
-    if (loader_state == Success && address_set_ == PLCIP) return 1;
+    if (IsUpFor(PLCIP)) return 1;
   }
-  address_set_ = PLCIP;
-  return ConnectAndLoadSymbols(PLCIP);
+  return ConnectAndLoadSymbols(PLCIP, CurrentSettings());
 }
 
-int SymbolsLoader::ConnectAndLoadSymbols(const std::string& PLCIP) {
-  const int device = station_id;
+// To connect once more would pull the tree from under the filters, which already use it.
+bool SymbolsLoader::IsUpFor(const std::string& address) const {
+  return loader_state == Success && address_set_ == address;
+}
+
+SymbolsLoader::Settings SymbolsLoader::CurrentSettings() const {
+  const std::lock_guard moment(settings_);
+  return {generation_, station_id, m_password, m_enable_parameter};
+}
+
+void SymbolsLoader::Publish(loader_status_ state, const Settings& settings) {
+  const std::lock_guard moment(settings_);
+  if (settings.generation == generation_) loader_state = state;
+}
+
+int SymbolsLoader::ConnectAndLoadSymbols(const std::string& PLCIP, const Settings& settings) {
+  address_set_ = PLCIP;
+  const int device = settings.station;
   const int ag = 0;
   const int rack = 0;
   const int slot = 0;
@@ -45,27 +98,29 @@ int SymbolsLoader::ConnectAndLoadSymbols(const std::string& PLCIP) {
   agl_disconnect(device, connection, kCleanUpTimeout, 0);  // what an earlier run left open on this number
   agl_connect(device, ag, rack, slot, connection, kConnectTimeout, 0);
 
-  if (m_enable_parameter && !m_password.empty()) {
-    const agl_int32_t res = AGL_SetPassword(connection, m_password.c_str(), kPasswordTimeout, 1);
+  if (settings.enable_password && !settings.password.empty()) {
+    const agl_int32_t res = AGL_SetPassword(connection, settings.password.c_str(), kPasswordTimeout, 1);
     if (res != AGL40_SUCCESS) fetch_error_text(res);  // not fatal: a PLC may allow reading without
   }
   char mlfb[21] = {};
   AGL_ReadMLFBNr(connection, mlfb, kOrderNumberTimeout, 0);
 
-  doSymbolic_LoadAGLinkSymbolsFromFile();
-  if (loader_state == Success) return 1;
+  const std::string path = symbols_file_of(settings.station);
+  const bool loaded = LoadSymbolsFromFile(path) == AGL40_SUCCESS;
+  if (loaded) Publish(Success, settings);
+  if (loaded || loader_state == Success) return 1;
 
-  loader_state = Loading;
+  Publish(Loading, settings);
   const agl_int32_t res = init_symbols_from_plc(connection, root_schema_node);
   if (res != AGL40_SUCCESS) {
     std::puts("error");
-    loader_state = Error;
+    Publish(Error, settings);
     ErrorHelper::ShowError(res,
                            "AGL_Symbolic_LoadTIAProjectSymbols");  // another function's name, deliberately
     return 0;
   }
-  doSymbolic_SaveAGLinkSymbolsToFile();
-  loader_state = Success;
+  SaveSymbolsToFile(path);
+  Publish(Success, settings);
   return 1;
 }
 
@@ -74,7 +129,12 @@ int SymbolsLoader::init_symbols_from_plc(int ConnNr, HandleType& RootNodeHandle)
 }
 
 int SymbolsLoader::doSymbolic_LoadAGLinkSymbolsFromFile() {
-  const std::string path = GetSymbolsFilePath();
+  const int result = LoadSymbolsFromFile(GetSymbolsFilePath());
+  if (result == AGL40_SUCCESS) loader_state = Success;
+  return result;
+}
+
+int SymbolsLoader::LoadSymbolsFromFile(const std::string& path) {
   if (root_schema_node != 0) {
     const agl_int32_t freed = AGL_Symbolic_FreeHandle(root_schema_node);
     root_schema_node = 0;
@@ -87,12 +147,14 @@ int SymbolsLoader::doSymbolic_LoadAGLinkSymbolsFromFile() {
     return result;
   }
   std::puts("load file success");
-  loader_state = Success;
   return result;
 }
 
 int SymbolsLoader::doSymbolic_SaveAGLinkSymbolsToFile() {
-  const std::string path = GetSymbolsFilePath();
+  return SaveSymbolsToFile(GetSymbolsFilePath());
+}
+
+int SymbolsLoader::SaveSymbolsToFile(const std::string& path) const {
   if (root_schema_node == 0) return kNoTreeToSave;
   const agl_int32_t result = AGL_Symbolic_SaveAGLinkSymbolsToFile(root_schema_node, path.c_str());
   if (result != AGL40_SUCCESS) {
@@ -103,7 +165,7 @@ int SymbolsLoader::doSymbolic_SaveAGLinkSymbolsToFile() {
 }
 
 std::string SymbolsLoader::GetSymbolsFilePath() const {
-  return "/mnt/project/" + std::to_string(station_id) + "_s71500_symbolic.ap";
+  return symbols_file_of(station_id);
 }
 
 void SymbolsLoader::RemoveSymbolsFile() const {

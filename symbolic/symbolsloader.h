@@ -56,6 +56,17 @@ class SymbolsLoader {
   void set_tia_project_binary(const std::string& data) { tia_project_binary_data = data; }
   void set_enable_parameter(bool enable) { m_enable_parameter = enable; }
 
+  // Makes the loader ready for a new connection, in state Idle. A connection thread that is still at work for
+  // earlier settings goes on, but what comes of it no longer shows in loader_state.
+  void Reinitialise(unsigned char station, const std::string& password, bool enable_password);
+
+  // Hands an address to the connection thread that is about to start. False, with nothing handed over, while
+  // an earlier thread has not taken its own yet. Never blocks.
+  bool OrderSetup(const std::string& address);
+  void CancelOrder() { order_pending_ = false; }  // the thread could not be started
+  // What the connection thread does: SetupDevice for the address ordered.
+  int RunOrderedSetup();
+
   // Connects, logs in and loads the symbol tree, from the cache file if that loads and else from the PLC.
   // Blocks for as long as the library does. Returns 1 with loader_state Success, or 0 with Error when no tree
   // could be loaded; a state that is Success beforehand also gives 1, whatever the file did. A call during
@@ -95,10 +106,32 @@ class SymbolsLoader {
                               unsigned short source_index, unsigned char trunk_size_for_byte);
 
  private:
-  int ConnectAndLoadSymbols(const std::string& PLCIP);
+  // What one SetupDevice works with from beginning to end, whatever is set anew meanwhile.
+  struct Settings {
+    unsigned generation;
+    unsigned char station;
+    std::string password;
+    bool enable_password;
+  };
+
+  Settings CurrentSettings() const;
+  bool IsUpFor(const std::string& address) const;
+  int ConnectAndLoadSymbols(const std::string& PLCIP, const Settings& settings);
+  int LoadSymbolsFromFile(const std::string& path);
+  int SaveSymbolsToFile(const std::string& path) const;
+  // Sets loader_state unless the loader has been re-initialised since.
+  void Publish(loader_status_ state, const Settings& settings);
 
   std::mutex setup_;         // one SetupDevice at a time; the filters never take it
   std::string address_set_;  // that the last SetupDevice was for; guarded by setup_
+
+  // Guards the settings against a thread that is taking them, and loader_state against one that is late. Held
+  // for moments, by re-initialisation and SetupDevice; the filters never take it.
+  mutable std::mutex settings_;
+  unsigned generation_ = 0;  // counts re-initialisations
+
+  Published<bool> order_pending_ = false;  // RemoteIP belongs to a thread that has not taken it yet
+  unsigned ordered_generation_ = 0;
 };
 
 // Fills connection p_connection_index (0 to 3) of the library device's TCP/IP parameters and installs them. A
