@@ -265,7 +265,15 @@ json parse_value(const Selection& selection, std::string_view text) {
   const bool text_type = selection.tag.type->is_text() && !selection.bit;
   const bool looks_like_json = text.starts_with('[') || (text_type && text.starts_with('"'));
   if (looks_like_json || (!text_type && is_single(selection.tag))) {
-    auto value = json::parse(text, nullptr, false);
+    // What lies deeper than any value here would cost a stack frame a level later on.
+    bool too_deep = false;
+    auto value = json::parse(
+        text,
+        [&](int depth, json::parse_event_t, const json&) { return !(too_deep = too_deep || depth > 8); },
+        false);
+    if (too_deep) {
+      throw UserError("the value is nested too deeply; give a list of values");
+    }
     if (!value.is_discarded()) {
       return value;
     }

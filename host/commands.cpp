@@ -23,8 +23,16 @@ using Clock = std::chrono::steady_clock;
 
 std::atomic<bool> interrupted{false};
 static_assert(std::atomic<bool>::is_always_lock_free);
+constexpr std::chrono::milliseconds kLongestNap{50};
+
 void interrupt(int) {
   interrupted = true;
+}
+
+void sleep_unless_interrupted(std::chrono::milliseconds time) {
+  for (const auto until = Clock::now() + time; !interrupted && Clock::now() < until;) {
+    std::this_thread::sleep_for(std::min<Clock::duration>(kLongestNap, until - Clock::now()));
+  }
 }
 
 std::filesystem::path driver_path(const HostOptions& options) {
@@ -80,10 +88,13 @@ class Host {
   }
 
   int no_plc(const Poller& poller) const {
+    return no_plc(poller, fmt::format(" in {} ms", options_.timeout.count()));
+  }
+
+  int no_plc(const Poller& poller, std::string_view time) const {
     std::fflush(output_.stream());
-    fmt::print(stderr,
-               "ostravel-host: no answer from {} in {} ms ({}); check the address and that the PLC runs\n",
-               options_.address, options_.timeout.count(), to_text(poller.link()));
+    fmt::print(stderr, "ostravel-host: no answer from {}{} ({}); check the address and that the PLC runs\n",
+               options_.address, time, to_text(poller.link()));
     return kExitNoPlc;
   }
 
@@ -194,6 +205,7 @@ int describe_command(const HostOptions& options) {
   for (const auto& line : layout_table(rows)) {
     fmt::print(out, "{}\n", line);
   }
+  output.finish();
   return kExitOk;
 }
 
@@ -213,6 +225,7 @@ int read_command(const HostOptions& options) {
       result = kExitValueFailed;
     }
   }
+  host.output().finish();
   return result;
 }
 
@@ -256,6 +269,7 @@ int write_command(const HostOptions& options) {
                value_text(state.value), status_text(state));
     result = state.error == 0 ? result : kExitValueFailed;
   }
+  host.output().finish();
   return result;
 }
 
@@ -269,7 +283,10 @@ int watch_command(const HostOptions& options) {
   bool served = false;
   for (std::uint64_t i = 0; !interrupted && (options.count == 0 || i < options.count); ++i) {
     if (i > 0) {
-      std::this_thread::sleep_for(options.interval + poller.pause());
+      sleep_unless_interrupted(options.interval + poller.pause());
+      if (interrupted) {
+        break;
+      }
     }
     served = poller.poll() == LinkState::Online || served;
     if (host.output().is_terminal()) {
@@ -281,7 +298,8 @@ int watch_command(const HostOptions& options) {
       printer.print(poller);
     }
   }
-  return served ? kExitOk : host.no_plc(poller);
+  host.output().finish();
+  return served ? kExitOk : host.no_plc(poller, "");
 }
 
 }  // namespace ostravel::host

@@ -7,6 +7,7 @@
 #include <unistd.h>
 
 #include <cerrno>
+#include <cstdio>
 #include <cstdlib>
 #include <cstring>
 #include <fstream>
@@ -46,8 +47,10 @@ class Beside {
       }
       content.remove_prefix(static_cast<std::size_t>(written));
     }
-    return fchmod(handle_, 0644) == 0 && fsync(handle_) == 0;
+    return fsync(handle_) == 0;
   }
+
+  bool allow(mode_t mode) { return fchmod(handle_, mode) == 0; }
 
   // Without replace the place must be free: a hard link says so and takes it in one step.
   bool put_at(const std::filesystem::path& target, bool replace) {
@@ -70,6 +73,13 @@ class Beside {
   std::string name_;
   int handle_ = -1;
 };
+
+// What a new file may be used for: what this process lets new files be.
+mode_t usual_mode() {
+  const mode_t mask = umask(0);
+  umask(mask);
+  return 0666 & ~mask;
+}
 
 [[noreturn]] void fail(const std::filesystem::path& path, const char* what) {
   throw UserError(fmt::format("{}: {}: {}", path.string(), what, std::strerror(errno)));
@@ -95,21 +105,36 @@ std::string read_file(const std::filesystem::path& path) {
 
 void write_file(const std::filesystem::path& path, std::string_view content, bool replace) {
   std::error_code error;
-  if (!replace && std::filesystem::exists(path, error)) {
+  // A link stays one: what it leads to is replaced.
+  const auto resolved = std::filesystem::weakly_canonical(path, error);
+  const auto& target = error ? path : resolved;
+  struct stat old {};
+  const bool exists = stat(target.c_str(), &old) == 0;
+  if (exists && !S_ISREG(old.st_mode)) {
+    throw UserError(fmt::format("{}: is no regular file; name another", path.string()));
+  }
+  if (exists && !replace) {
     throw UserError(fmt::format("{}: exists already; give --force to replace it", path.string()));
   }
-  Beside beside(path);
+  Beside beside(target);
   if (!beside.open()) {
     fail(path, "cannot be written");
   }
-  if (!beside.write(content)) {
+  // The old file's permissions stay: it may hold a password.
+  if (!beside.write(content) || !beside.allow(exists ? old.st_mode & 07777 : usual_mode())) {
     fail(path, "cannot be written");
   }
-  if (!beside.put_at(path, replace)) {
+  if (!beside.put_at(target, replace)) {
     if (errno == EEXIST) {
       throw UserError(fmt::format("{}: exists already; give --force to replace it", path.string()));
     }
     fail(path, "cannot be put in place");
+  }
+}
+
+void finish_output(std::FILE* stream) {
+  if (std::fflush(stream) != 0 || std::ferror(stream) != 0) {
+    throw UserError(fmt::format("standard output cannot be written: {}", std::strerror(errno)));
   }
 }
 

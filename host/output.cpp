@@ -8,6 +8,7 @@
 #include <cerrno>
 #include <cstring>
 
+#include "host/files.h"
 #include "host/usererror.h"
 
 namespace ostravel::host {
@@ -38,6 +39,10 @@ OwnOutput::~OwnOutput() {
   std::fflush(stream_);
   dup2(fileno(stream_), STDOUT_FILENO);
   std::fclose(stream_);
+}
+
+void OwnOutput::finish() const {
+  finish_output(stream_);
 }
 
 bool OwnOutput::is_terminal() const {

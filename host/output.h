@@ -20,6 +20,8 @@ class OwnOutput {
 
   std::FILE* stream() const { return stream_; }
   bool is_terminal() const;
+  // Throws UserError when something printed did not arrive, on a full disk for instance.
+  void finish() const;
 
  private:
   std::FILE* stream_ = nullptr;

@@ -66,6 +66,7 @@ int run(int argc, char** argv) {
   } else {
     fmt::print("{}", project_to_csv(load_project(shown).project));
   }
+  finish_output(stdout);
   return kExitOk;
 }
 

@@ -87,7 +87,12 @@ json write(Core& core, std::string_view rest) {
   const auto path = take_path(rest);
   const Target target = find(core, path);
   if (core.plc.is_built_in(target)) throw CommandError("the cycle's number cannot be written");
-  const json value = json::parse(rest, nullptr, false);
+  // What lies deeper than any variable would cost a stack frame a level later on.
+  bool too_deep = false;
+  const json value = json::parse(
+      rest, [&](int depth, json::parse_event_t, const json&) { return !(too_deep = too_deep || depth > 64); },
+      false);
+  if (too_deep) throw CommandError("the value is nested too deeply");
   if (value.is_discarded()) throw CommandError("no JSON value: '" + std::string(rest) + "'");
   if (const auto problem = from_json(target, value, MutableBytes(core.plc.memory()))) {
     throw CommandError(*problem);

@@ -100,6 +100,7 @@ int run(const Options& options) {
   if (options.export_tags) {
     std::cout << export_tags_csv(program, &warnings) << std::flush;
     print_warnings(warnings);
+    if (!std::cout) throw std::runtime_error("standard output cannot be written; is the disk full?");
     return 0;
   }
   print_warnings(warnings);
