@@ -194,5 +194,10 @@ TEST(ParseValue, FollowsTheTypeOfTheTag) {
   EXPECT_EQ(parse_value(select(project(), "Names"), "[\"a\"]"), json({"a"}));
 }
 
+TEST(ParseValue, ValueNestedWithoutEndIsRefused) {
+  const std::string nested = std::string(100'000, '[') + std::string(100'000, ']');
+  EXPECT_THROW(parse_value(select(project(), "Levels"), nested), UserError);
+}
+
 }  // namespace
 }  // namespace ostravel::host

@@ -45,6 +45,11 @@ TEST_F(Console, WritesEveryKindOfValue) {
   }
 }
 
+TEST_F(Console, RefusesAValueNestedWithoutEnd) {
+  const std::string nested = std::string(100'000, '[') + std::string(100'000, ']');
+  EXPECT_THAT(error("write Plant.aInt " + nested), HasSubstr("nested too deeply"));
+}
+
 TEST_F(Console, ReadsWhatAPastCycleHeld) {
   command("write Plant.aInt 1");
   command("step");
