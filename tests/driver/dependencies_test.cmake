@@ -1,0 +1,38 @@
+# What the driver needs of the panel it runs on: cmake -DLIBRARY=... -DOBJDUMP=... -P this file.
+# A library more, or a newer version of one, would keep the driver from loading on a panel that it ran on before.
+set(expectedLibraries libc.so.6 libgcc_s.so.1 libstdc++.so.6)
+set(newestGLIBC 2.34)
+set(newestGLIBCXX 3.4.21)
+set(newestCXXABI 1.3.9)
+set(newestGCC 3.0)
+
+execute_process(COMMAND ${OBJDUMP} -p ${LIBRARY} OUTPUT_VARIABLE output COMMAND_ERROR_IS_FATAL ANY)
+
+string(REGEX MATCHALL "NEEDED +[^\n]+" lines "${output}")
+set(libraries)
+foreach(line IN LISTS lines)
+  string(REGEX REPLACE "NEEDED +" "" library "${line}")
+  list(APPEND libraries ${library})
+endforeach()
+# 64-bit Arm names the dynamic linker among them.
+list(REMOVE_ITEM libraries ld-linux-aarch64.so.1)
+list(SORT libraries)
+if(NOT libraries STREQUAL expectedLibraries)
+  message(FATAL_ERROR "${LIBRARY} needs ${libraries} instead of ${expectedLibraries}")
+endif()
+
+string(REGEX REPLACE ".*Version References:" "" references "${output}")
+string(REGEX MATCHALL " [A-Z]+_[0-9.]+" versions "${references}")
+list(LENGTH versions count)
+if(count EQUAL 0)
+  message(FATAL_ERROR "${OBJDUMP} names no symbol version that ${LIBRARY} needs")
+endif()
+foreach(version IN LISTS versions)
+  string(REGEX MATCH "([A-Z]+)_([0-9.]+)" matched "${version}")
+  set(family ${CMAKE_MATCH_1})
+  set(number ${CMAKE_MATCH_2})
+  if(NOT DEFINED newest${family} OR number VERSION_GREATER newest${family})
+    message(FATAL_ERROR "${LIBRARY} needs${version}, which is newer than ${family}_${newest${family}}")
+  endif()
+endforeach()
+message(STATUS "${LIBRARY} needs ${libraries} and nothing newer than GLIBC_${newestGLIBC}, GLIBCXX_${newestGLIBCXX}")
