@@ -14,6 +14,9 @@ class CsvParser {
     if (text_.starts_with("\xEF\xBB\xBF")) {
       text_.remove_prefix(3);
     }
+    if (text_.starts_with("\xFF\xFE") || text_.starts_with("\xFE\xFF")) {
+      throw UserError(fmt::format("{}:1:1: is UTF-16; save the list as UTF-8", source_));
+    }
   }
 
   CsvTable parse() {

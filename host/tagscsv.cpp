@@ -108,6 +108,9 @@ class TagsReader {
     if (tag.name.empty() || tag.name.size() > std::numeric_limits<std::uint16_t>::max()) {
       fail(row[position_[kName]], "the name must have 1 to 65535 bytes");
     }
+    if (tag.name.find('\0') != std::string::npos) {
+      fail(row[position_[kName]], "the name holds a NUL, which would end it for the driver; remove it");
+    }
     const auto& type = row[position_[kType]];
     tag.type = find_tag_type(trimmed(type.text));
     if (tag.type == nullptr) {

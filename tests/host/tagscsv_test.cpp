@@ -70,5 +70,15 @@ TEST(TagsCsv, HeaderIsChecked) {
             "t.csv:1:6: column 'address' is not known; use name, type, count, first, elements, device, id");
 }
 
+TEST(TagsCsv, NameWithANulIsRefusedWithItsPlace) {
+  const std::string list = std::string("name,type,count,device,id\na") + '\0' + "b,INT,1,1,1\n";
+  EXPECT_EQ(failure(list), "t.csv:2:1: the name holds a NUL, which would end it for the driver; remove it");
+}
+
+TEST(TagsCsv, Utf16IsNamed) {
+  EXPECT_EQ(failure("\xFF\xFEn"), "t.csv:1:1: is UTF-16; save the list as UTF-8");
+  EXPECT_EQ(failure("\xFE\xFFn"), "t.csv:1:1: is UTF-16; save the list as UTF-8");
+}
+
 }  // namespace
 }  // namespace ostravel::host
