@@ -19,6 +19,7 @@ struct GData;
 inline constexpr int kCommandPoolSize = 31;
 
 inline constexpr std::size_t kDataBufferSize = 4096;  // bytes
+inline constexpr std::size_t kDataBufferWords = kDataBufferSize / sizeof(WORD);
 
 struct stCmdDesc {
   USHORT ServiceDataLength = 0;

@@ -9,14 +9,10 @@
 
 #include "driver/arrayelement.h"
 #include "driver/driver.h"
+#include "driver/statuscodes.h"
 #include "driver/valueconversion.h"
 
 namespace {
-
-constexpr BYTE kOk = 0;
-constexpr BYTE kNoData = 2;
-constexpr BYTE kAskAgain = 13;
-constexpr BYTE kStatus = 5;
 
 using Records = std::span<INPUT_DATA>;
 using ResultData = std::map<std::string, Values>;
@@ -24,7 +20,7 @@ using ResultData = std::map<std::string, Values>;
 void answer_ask_again(Records records) {
   for (INPUT_DATA& record : records) {
     record.byErrCode = kAskAgain;
-    record.byCurSysStatus = kStatus;
+    record.byCurSysStatus = kInputStatus;
   }
 }
 
@@ -46,7 +42,6 @@ std::vector<std::string> collect_paths(GData& device) {
   std::vector<std::string> paths;
   stCmdDesc* command = device.pGCmdQueue;
   for (UINT i = 0; i < device.GPackSize[device.GCurrentStep] && command != nullptr; ++i) {
-    std::ranges::fill(command->DataBuffer, BYTE{0});
     if (command->use_index_register) {
       command->ArrayIndex = kNoArrayIndex;
     } else {
@@ -129,7 +124,7 @@ void fill_records(GData& device, Records records, const DEVICE_INFO* infos) {
     if (command.nCmdIndex >= records.size()) continue;
     INPUT_DATA& record = records[command.nCmdIndex];
     record.byErrCode = kOk;
-    record.byCurSysStatus = kStatus;
+    record.byCurSysStatus = kInputStatus;
     record.nLength = infos[command.nCmdIndex].nReadWORDSize;
     deliver(command, device.GTagTable.version_, record);
   }
@@ -158,7 +153,7 @@ void KORVALE_DRV_InputFilterEx(INPUT_DATA* pstInput, FRAME_DATA* pstFrameData, D
   }
   const Records records(pstInput, static_cast<std::size_t>(nCmdCount));
   records[0].byErrCode = kOk;
-  records[0].byCurSysStatus = kStatus;
+  records[0].byCurSysStatus = kInputStatus;
   records[0].nLength = 0;
   const SymbolsLoader::loader_status_ state = device.GsymbolsParser.loader_state;
   if (state == SymbolsLoader::Loading) return answer_no_data(records);

@@ -10,19 +10,10 @@
 #include "driver/arrayelement.h"
 #include "driver/datatypes.h"
 #include "driver/driver.h"
+#include "driver/statuscodes.h"
 #include "driver/valueconversion.h"
 
 namespace {
-
-constexpr BYTE kFrameStatus = 8;
-constexpr BYTE kInputStatus = 5;
-constexpr std::size_t kBufferWords = kDataBufferSize / sizeof(WORD);
-
-FRAME_DATA empty_frame() {
-  FRAME_DATA frame{};
-  frame.byCurSysStatus = kFrameStatus;
-  return frame;
-}
 
 // The index that a string's name ends with; a name without one counts as 0.
 long index_in_name(std::string_view name) {
@@ -58,7 +49,7 @@ void read_request(GData& device, GUI_REQUEST& request, stCmdDesc& command) {
   std::size_t position = 0;
   for (INT i = 0; i < count; ++i, position += words, ++tag.ArrayIndex) {
     const std::uint64_t value = device.GMap.try_emplace(tag, 0).first->second;
-    if (words == 0 || position >= kBufferWords) continue;
+    if (words == 0 || position >= kDataBufferWords) continue;
     // A 32-bit element stores all 8 bytes and is overwritten from its middle by the next one, deliberately.
     const std::size_t bytes = words == 1 ? sizeof(WORD) : sizeof value;
     std::memcpy(command.DataBuffer + position * sizeof(WORD), &value,
@@ -103,7 +94,7 @@ void deliver(const stCmdDesc& command, INPUT_DATA& record) {
   if (command.BitIndex == -1) {
     const std::size_t words =
         std::size_t{command.ElementCounts} * data_type_info(command.DataType).offline_words;
-    std::memcpy(record.wData, command.DataBuffer, std::min(words, kBufferWords) * sizeof(WORD));
+    std::memcpy(record.wData, command.DataBuffer, std::min(words, kDataBufferWords) * sizeof(WORD));
   } else {
     // Of a bit number below -1 the lowest five bits count.
     deliver_bits(command.DataBuffer, command.DataType, command.BitIndex & 31, command.ElementCounts, record);
@@ -139,17 +130,17 @@ void KORVALE_DRV_InputFilterExOffLine(INPUT_DATA* pstInput, FRAME_DATA*, DEVICE_
                                       int nCmdCount) {
   if (nCmdCount <= 0) return;
   const GData& device = *device_of(pstDeviceInfo[0].pdwMemAddr);
-  pstInput[0].byErrCode = 0;
+  pstInput[0].byErrCode = kOk;
   pstInput[0].byCurSysStatus = kInputStatus;
   pstInput[0].nLength = 0;
   if (pstDeviceInfo[0].bRead == FALSE) return;
   for (int i = 0; i < nCmdCount; ++i) {
     INPUT_DATA& record = pstInput[i];
     if (i >= kCommandPoolSize) {
-      record.byErrCode = 2;  // beyond the commands that a device can hold
+      record.byErrCode = kNoData;  // beyond the commands that a device can hold
       continue;
     }
-    record.byErrCode = 0;
+    record.byErrCode = kOk;
     record.byCurSysStatus = kInputStatus;
     record.nLength = pstDeviceInfo[i].nReadWORDSize;
     deliver(device.GCmdDesc[i], record);

@@ -7,20 +7,17 @@
 #include "driver/datatypes.h"
 #include "driver/driver.h"
 #include "driver/indexregister.h"
+#include "driver/statuscodes.h"
 
 namespace {
 
-constexpr BYTE kFrameStatus = 8;
 constexpr INT kFailedResponseLength = 8;
 constexpr UINT kCommandsPerStep = 99;
 
-// Every answer of the filter: nothing to send, no error.
 FRAME_DATA answer(GUI_REQUEST& request, BYTE wait_response, INT response_length) {
   request.byWaitResponse = wait_response;
   request.nResponseLength = response_length;
-  FRAME_DATA frame{};
-  frame.byCurSysStatus = kFrameStatus;
-  return frame;
+  return empty_frame();
 }
 
 // False when it has to wait for a later cycle.
@@ -89,7 +86,6 @@ void pack_queue(GData& device, int count) {
 
 FRAME_DATA read(GData& device, GUI_REQUEST* requests, int count, const stTag& tag) {
   if (device.pGCmdQueue == nullptr) {
-    device.GTotalStep = std::min<UINT>(device.GTotalStep, kCommandPoolSize - 1);
     set_up_commands(device, requests, count);
     build_queue(device, count);
     pack_queue(device, count);
@@ -188,11 +184,7 @@ bool is_write(const GUI_REQUEST& request) {
 }  // namespace
 
 FRAME_DATA KORVALE_DRV_OutputFilterEx(GUI_REQUEST* pstCurQueueData, int nCmdCount) {
-  if (nCmdCount <= 0) {
-    FRAME_DATA nothing{};
-    nothing.byCurSysStatus = kFrameStatus;
-    return nothing;
-  }
+  if (nCmdCount <= 0) return empty_frame();
   GUI_REQUEST& request = pstCurQueueData[0];
   GData& device = *device_of(request.pdwMemAddr);
   if (device.GOffLineSim != FALSE) return KORVALE_DRV_OutputFilterExOffLine(pstCurQueueData, nCmdCount);

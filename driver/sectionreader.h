@@ -5,11 +5,11 @@
 
 #include <cstddef>
 #include <cstdio>
-#include <cstring>
 #include <span>
 #include <vector>
 
 #include "driver/hostrecords.h"
+#include "driver/unaligned.h"
 
 class SectionReader {
  public:
@@ -29,9 +29,7 @@ class SectionReader {
   template <class T>
   T Number() {
     const std::span<const BYTE> bytes = TakeUpTo(sizeof(T));
-    T value{};
-    if (bytes.size() == sizeof(T)) std::memcpy(&value, bytes.data(), sizeof(T));
-    return value;
+    return bytes.size() == sizeof(T) ? load_unaligned<T>(bytes.data()) : T{};
   }
 
  private:

@@ -10,7 +10,6 @@
 
 namespace {
 
-constexpr std::size_t kBufferWords = kDataBufferSize / sizeof(WORD);
 constexpr WORD kBitSet = 0xFFFF;           // not 1, deliberately
 constexpr std::size_t kSignedWords = 270;  // sign-extended whatever the command's length, deliberately
 constexpr unsigned kElementsPerBoolByte = 16;
@@ -25,7 +24,7 @@ void put_word(stCmdDesc& command, std::size_t index, WORD word) {
 }
 
 std::size_t words_that_fit(const stCmdDesc& command) {
-  return std::min<std::size_t>(command.WordCount, kBufferWords);
+  return std::min<std::size_t>(command.WordCount, kDataBufferWords);
 }
 
 void fill_direct(stCmdDesc& command, std::span<const unsigned char> data, std::size_t start) {
@@ -39,7 +38,7 @@ void fill_string(stCmdDesc& command, std::span<const unsigned char> data, std::u
       data.size() <= 0xFFFF && is_wstring_type(command.DataType, static_cast<unsigned short>(data.size()));
   if (wide) command.is_wstring = true;
   if (!command.is_wstring && (table_version & kVersionCharPairedStrings) == 0) {
-    const std::size_t count = std::min(data.size(), kBufferWords);
+    const std::size_t count = std::min(data.size(), kDataBufferWords);
     for (std::size_t i = 0; i < count; ++i) put_word(command, i, data[i]);
   } else {
     std::memcpy(command.DataBuffer, data.data(), std::min(data.size(), kDataBufferSize));
