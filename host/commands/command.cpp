@@ -1,0 +1,22 @@
+// SPDX-License-Identifier: MIT
+#include "host/commands/command.h"
+
+namespace ostravel::host {
+
+void add_common_options(CLI::App& app, CommonOptions& options) {
+  app.add_option("--driver", options.driver, "the driver; without it libostravel.so beside this program");
+  app.add_option("--library", options.library, "communication library to load first, for the driver to find");
+  app.add_option("--project", options.project, "project file, as ostravel-tags packs it");
+  app.add_option("--address", options.address, "IPv4 address of the PLC")->capture_default_str();
+  app.add_option("--station", options.station, "station number of the PLC")
+      ->check(CLI::Range(0, 255))
+      ->capture_default_str();
+  app.add_flag("--offline", options.offline, "the driver simulates the PLC by itself");
+  app.add_option("--driver-output", options.driver_output,
+                 "where the driver's own lines go: a file, or - for standard output; without it nowhere");
+  app.add_option("--timeout", options.timeout_ms, "ms to wait for the PLC")
+      ->check(CLI::Range(1, 3'600'000))
+      ->capture_default_str();
+}
+
+}  // namespace ostravel::host
