@@ -24,8 +24,6 @@ int run_command(int argc, char** argv) {
   CLI::App app{"Plays the HMI runtime: loads the driver and exchanges tags with a PLC"};
   app.require_subcommand(1);
   app.fallthrough();
-  app.footer(
-      "Exit codes: 0 all well, 1 a tag has no value, 2 wrong command line or file, 3 no driver, 4 no PLC");
   add_common_options(app, common);
   add_describe_command(app, common, command);
   add_read_command(app, common, command);

@@ -4,19 +4,15 @@
 
 #include <stdexcept>
 
+#include "common/exitcodes.h"
+
 namespace ostravel::host {
 
 struct UserError : std::runtime_error {
   using std::runtime_error::runtime_error;
 };
 
-// Exit codes of the tools of this folder.
-enum ExitCode : int {
-  kExitOk = 0,
-  kExitValueFailed = 1,  // a value could not be read, or was not what it had to be
-  kExitUsage = 2,        // wrong command line, a file that cannot be used
-  kExitNoDriver = 3,     // the driver cannot be loaded or lacks an entry point
-  kExitNoPlc = 4,        // no answer from the PLC in time
-};
+using ostravel::ExitCode;
+using enum ostravel::ExitCode;
 
 }  // namespace ostravel::host
