@@ -17,6 +17,8 @@ void add_common_options(CLI::App& app, CommonOptions& options) {
   app.add_option("--timeout", options.timeout_ms, "ms to wait for the PLC")
       ->check(CLI::Range(1, 3'600'000))
       ->capture_default_str();
+  auto* json = app.add_flag("--json", options.json, "data as JSON, one object a line");
+  app.add_flag("--csv", options.csv, "data as CSV with a header line")->excludes(json);
 }
 
 }  // namespace ostravel::host

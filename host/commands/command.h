@@ -5,18 +5,12 @@
 
 #include <CLI/CLI.hpp>
 #include <chrono>
-#include <cstdint>
 #include <functional>
 #include <string>
 
-namespace ostravel::host {
+#include "host/format.h"
 
-// How a command shows its data.
-enum class Format : std::uint8_t {
-  Text,  // for people
-  Json,  // one object a line
-  Csv,   // a header line, then RFC 4180
-};
+namespace ostravel::host {
 
 // Options that every command takes, before or after its name.
 struct CommonOptions {

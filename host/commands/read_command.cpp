@@ -20,14 +20,17 @@ int read_tags(const CommonOptions& common, const std::vector<std::string>& names
     return no_plc(devices, poller, common.timeout());
   }
   auto* out = devices.output().stream();
+  RowWriter rows(out, common.format(), tag_columns());
   int result = kExitOk;
   for (std::size_t i = 0; i < poller.size(); ++i) {
     const auto& state = poller.state(i);
-    if (state.error == 0) {
+    result = state.error == 0 ? result : kExitValueFailed;
+    if (common.format() != Format::Text) {
+      rows.write(tag_cells(poller, i));
+    } else if (state.error == 0) {
       fmt::print(out, "{} = {}\n", poller.tag(i).label, value_text(state.value));
     } else {
       fmt::print(out, "{}: {}\n", poller.tag(i).label, status_text(state));
-      result = kExitValueFailed;
     }
   }
   devices.output().finish();
