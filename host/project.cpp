@@ -13,6 +13,12 @@ namespace {
 
 constexpr std::string_view kMagic = "OSTRAVEL";
 constexpr std::string_view kMark = "TAGLIST";
+constexpr std::string_view kListMark = "CSVTEXT";
+// Length of the head without and with the position of a list.
+constexpr std::uint32_t kShortHead = 20;
+constexpr std::uint32_t kLongHead = 24;
+// Positions have 32 bits, and the driver adds 7 to one; what a list says of itself fits into the rest.
+constexpr std::size_t kLargestFile = 0xFFFFFF00;
 constexpr std::uint32_t kFormat = 1;
 constexpr std::uint32_t kCharPaired = 1;
 constexpr std::uint32_t kDescriptor = 2;
@@ -85,7 +91,7 @@ void read_table(Reader reader, Project& project) {
   }
 }
 
-void read_settings(Reader reader, Project& project, const std::string& source) {
+void read_settings(Reader reader, Project& project, const std::string& source, TagFaults faults) {
   for (auto& tag : project.tags) {
     const auto position = reader.position();
     const auto code = static_cast<BYTE>(reader.number(1));
@@ -101,6 +107,9 @@ void read_settings(Reader reader, Project& project, const std::string& source) {
       tag.first = first;
     }
     tag.elements = static_cast<std::uint16_t>(reader.number(2));
+    if (faults == TagFaults::Keep) {
+      continue;
+    }
     if (const auto fault = tag_fault(tag, project.char_paired); !fault.empty()) {
       throw UserError(
           fmt::format("{}:byte {}: tag {}: {}; pack the file again", source, position, tag.name, fault));
@@ -108,51 +117,23 @@ void read_settings(Reader reader, Project& project, const std::string& source) {
   }
 }
 
+ListText read_list(Reader reader, const std::string& source) {
+  const auto position = reader.position();
+  if (reader.text(kListMark.size()) != kListMark) {
+    throw UserError(
+        fmt::format("{}:byte {}: no list of tags stands here; pack the file again", source, position));
+  }
+  ListText list;
+  if (const auto separator = static_cast<char>(reader.number(1)); separator != '\0') {
+    list.separator = separator;
+  }
+  list.text = reader.text(reader.number(4));
+  return list;
+}
+
 }  // namespace
 
-std::uint32_t words_of(const Tag& tag, bool char_paired) {
-  const auto count = static_cast<std::uint32_t>(tag.count);
-  if (tag.type->kind == ValueKind::Text && char_paired) {
-    return (count + 1) / 2;
-  }
-  if (tag.type->kind == ValueKind::WideText && !char_paired && tag.count != kWideDeclaredLength) {
-    return 2 * count;  // the driver does not see that it is wide and gives each byte a word of its own
-  }
-  return count * static_cast<std::uint32_t>(tag.type->words);
-}
-
-std::string tag_fault(const Tag& tag, bool char_paired) {
-  if (tag.count == 0) {
-    return "count must be at least 1";
-  }
-  if (const auto words = words_of(tag, char_paired); words > kRecordWords) {
-    return fmt::format("{} x {} needs {} words, and a record holds {}; split the tag", tag.count,
-                       tag.type->name, words, kRecordWords);
-  }
-  if (tag.elements == 0) {
-    return "elements must be at least 1";
-  }
-  if (tag.elements > 1 && !(tag.type->is_text() && tag.is_array())) {
-    return "elements belongs to arrays of texts; leave it 1, or give first";
-  }
-  if (tag.type->kind == ValueKind::Bool && (tag.count > 1 || tag.is_array())) {
-    return "an array of Bool has the type BitArray; change the type";
-  }
-  if (!tag.first) {
-    return {};
-  }
-  if (*tag.first < kFirstLowest || *tag.first > kFirstHighest) {
-    return fmt::format("first must be {} to {}", kFirstLowest, kFirstHighest);
-  }
-  const int last = *tag.first + (tag.type->is_text() ? tag.elements : tag.count) - 1;
-  if (last > kFirstHighest) {
-    return fmt::format("the last index is {}, and the highest is {}", last, kFirstHighest);
-  }
-  return {};
-}
-
-std::string encode_project(const Project& project) {
-  constexpr std::uint32_t kHead = 20;
+std::string encode_project(const Project& project, const std::optional<ListText>& list) {
   std::string table(kMark);
   put(table, (project.char_paired ? kCharPaired : 0) | (project.password ? kDescriptor : 0), 4);
   put(table, static_cast<std::uint32_t>(project.tags.size()), 4);
@@ -173,15 +154,36 @@ std::string encode_project(const Project& project) {
     put(table, 1, 1);
     put_text(table, *project.password);
   }
+  const auto head = list ? kLongHead : kShortHead;
+  const auto settings_position = head + table.size();
+  const auto list_position = settings_position + settings.size();
+  if (list_position + (list ? list->text.size() : 0) > kLargestFile) {
+    throw UserError("the project file would be larger than 4 GiB; make one for each device");
+  }
   std::string file(kMagic);
   put(file, kFormat, 4);
-  put(file, kHead, 4);
-  put(file, kHead + static_cast<std::uint32_t>(table.size()), 4);
-  return file + table + settings;
+  put(file, head, 4);
+  put(file, static_cast<std::uint32_t>(settings_position), 4);
+  if (list) {
+    put(file, static_cast<std::uint32_t>(list_position), 4);
+  }
+  file += table;
+  file += settings;
+  if (list) {
+    file += kListMark;
+    file += list->separator.value_or('\0');
+    put(file, static_cast<std::uint32_t>(list->text.size()), 4);
+    file += list->text;
+  }
+  return file;
 }
 
-ProjectFile decode_project(std::string_view bytes, const std::string& source) {
-  if (!bytes.starts_with(kMagic)) {
+bool is_project(std::string_view bytes) {
+  return bytes.starts_with(kMagic);
+}
+
+ProjectFile decode_project(std::string_view bytes, const std::string& source, TagFaults faults) {
+  if (!is_project(bytes)) {
     throw UserError(
         fmt::format("{}: is no project file of this host; make one with: ostravel-tags pack TAGS.csv {}",
                     source, source));
@@ -195,7 +197,10 @@ ProjectFile decode_project(std::string_view bytes, const std::string& source) {
   file.table_position = head.number(4);
   const auto settings_position = head.number(4);
   read_table(Reader(bytes, file.table_position, source), file.project);
-  read_settings(Reader(bytes, settings_position, source), file.project, source);
+  read_settings(Reader(bytes, settings_position, source), file.project, source, faults);
+  if (file.table_position >= kLongHead) {
+    file.list = read_list(Reader(bytes, head.number(4), source), source);
+  }
   return file;
 }
 

@@ -2,174 +2,93 @@
 #include "host/tagscsv.h"
 
 #include <fmt/format.h>
-#include <strings.h>
 
-#include <array>
-#include <charconv>
-#include <limits>
-
-#include "host/csv.h"
-#include "host/usererror.h"
+#include <iterator>
+#include <utility>
 
 namespace ostravel::host {
 namespace {
 
-enum Column : std::size_t { kName, kType, kCount, kFirst, kElements, kDevice, kId, kColumns };
-constexpr std::array<std::string_view, kColumns> kColumnNames{"name",     "type",   "count", "first",
-                                                              "elements", "device", "id"};
-constexpr std::string_view kPasswordSetting = "password:";
-constexpr std::string_view kStringsSetting = "strings:";
+void ignore(const Finding&) {}
 
-std::string_view trimmed(std::string_view text) {
-  const auto begin = text.find_first_not_of(" \t");
-  if (begin == std::string_view::npos) {
-    return {};
+// How the line at the beginning of text ends; as the normal form does when it does not.
+std::string_view line_end_of(std::string_view text) {
+  const auto end = text.find_first_of("\r\n");
+  if (end == std::string_view::npos) {
+    return "\n";
   }
-  return text.substr(begin, text.find_last_not_of(" \t") - begin + 1);
+  return text.substr(end, text.substr(end, 2) == "\r\n" ? 2 : 1);
 }
-
-class TagsReader {
- public:
-  TagsReader(std::string_view text, const std::string& source)
-      : source_(source), table_(parse_csv(text, source)) {}
-
-  Project read() {
-    for (const auto& comment : table_.comments) {
-      read_setting(trimmed(comment));
-    }
-    if (table_.rows.empty()) {
-      throw UserError(fmt::format(
-          "{}: has no header line; begin it with: name,type,count,first,elements,device,id", source_));
-    }
-    read_header(table_.rows.front());
-    for (std::size_t i = 1; i < table_.rows.size(); ++i) {
-      project_.tags.push_back(read_tag(table_.rows[i]));
-    }
-    return std::move(project_);
-  }
-
- private:
-  [[noreturn]] void fail(const CsvField& field, const std::string& what) const {
-    throw UserError(fmt::format("{}:{}:{}: {}", source_, field.line, field.column, what));
-  }
-
-  // Any other comment is one.
-  void read_setting(std::string_view comment) {
-    if (comment.starts_with(kPasswordSetting)) {
-      project_.password = trimmed(comment.substr(kPasswordSetting.size()));
-    } else if (comment.starts_with(kStringsSetting)) {
-      const auto value = trimmed(comment.substr(kStringsSetting.size()));
-      if (value != "char-paired" && value != "word-aligned") {
-        throw UserError(
-            fmt::format("{}: strings '{}' is not known; write char-paired or word-aligned", source_, value));
-      }
-      project_.char_paired = value == "char-paired";
-    }
-  }
-
-  void read_header(const CsvRow& header) {
-    position_.fill(header.size());
-    for (std::size_t i = 0; i < header.size(); ++i) {
-      const auto name = trimmed(header[i].text);
-      std::size_t column = 0;
-      while (column < kColumns && !same(name, kColumnNames[column])) {
-        ++column;
-      }
-      if (column == kColumns) {
-        fail(header[i],
-             fmt::format("column '{}' is not known; use name, type, count, first, elements, device, id",
-                         name));
-      }
-      if (position_[column] != header.size()) {
-        fail(header[i], fmt::format("column '{}' stands there twice; remove one", name));
-      }
-      position_[column] = i;
-    }
-    for (const Column needed : {kName, kType, kCount, kDevice, kId}) {
-      if (position_[needed] == header.size()) {
-        fail(header.front(),
-             fmt::format("column '{}' is missing from the header line; add it", kColumnNames[needed]));
-      }
-    }
-    width_ = header.size();
-  }
-
-  static bool same(std::string_view a, std::string_view b) {
-    return a.size() == b.size() && strncasecmp(a.data(), b.data(), a.size()) == 0;
-  }
-
-  Tag read_tag(const CsvRow& row) const {
-    if (row.size() != width_) {
-      fail(row.back(), fmt::format("{} fields, and the header line has {}; put names with commas in quotes",
-                                   row.size(), width_));
-    }
-    Tag tag;
-    tag.name = row[position_[kName]].text;
-    if (tag.name.empty() || tag.name.size() > std::numeric_limits<std::uint16_t>::max()) {
-      fail(row[position_[kName]], "the name must have 1 to 65535 bytes");
-    }
-    if (tag.name.find('\0') != std::string::npos) {
-      fail(row[position_[kName]], "the name holds a NUL, which would end it for the driver; remove it");
-    }
-    const auto& type = row[position_[kType]];
-    tag.type = find_tag_type(trimmed(type.text));
-    if (tag.type == nullptr) {
-      fail(type, fmt::format("type '{}' is not known; use one of {}", type.text, tag_type_names()));
-    }
-    tag.count = static_cast<std::uint16_t>(number(row, kCount, 1, 65535));
-    if (position_[kFirst] != width_ && !trimmed(row[position_[kFirst]].text).empty()) {
-      tag.first = static_cast<std::int32_t>(number(row, kFirst, kFirstLowest, kFirstHighest));
-    }
-    if (position_[kElements] != width_ && !trimmed(row[position_[kElements]].text).empty()) {
-      tag.elements = static_cast<std::uint16_t>(number(row, kElements, 1, 65535));
-    }
-    tag.device = static_cast<std::uint8_t>(number(row, kDevice, 0, 255));
-    tag.id = static_cast<std::uint32_t>(number(row, kId, 0, std::numeric_limits<std::uint32_t>::max()));
-    if (const auto fault = tag_fault(tag, project_.char_paired); !fault.empty()) {
-      fail(row[position_[kCount]], fault);
-    }
-    return tag;
-  }
-
-  std::int64_t number(const CsvRow& row, Column column, std::int64_t lowest, std::int64_t highest) const {
-    const auto& field = row[position_[column]];
-    const auto text = trimmed(field.text);
-    std::int64_t value = 0;
-    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), value);
-    if (error != std::errc() || end != text.data() + text.size() || value < lowest || value > highest) {
-      fail(field, fmt::format("{} '{}' is no whole number from {} to {}", kColumnNames[column], field.text,
-                              lowest, highest));
-    }
-    return value;
-  }
-
-  const std::string& source_;
-  CsvTable table_;
-  Project project_;
-  std::array<std::size_t, kColumns> position_{};
-  std::size_t width_ = 0;
-};
 
 }  // namespace
 
+Project project_from_list(const ListText& list, const std::string& source,
+                          const TagListReader::Report& warn) {
+  const auto report = [&](const Finding& finding) {
+    if (finding.severity == Severity::Error) {
+      throw PlacedError(source, finding.place, finding.text);
+    }
+    warn(finding);
+  };
+  TagListReader reader(list.text, source, list.separator, report);
+  Project project = reader.settings();
+  for (TagRow row; reader.next(row);) {
+    for (const auto& fault : tag_faults(row.tag, project.char_paired)) {
+      throw PlacedError(source, row.place(fault.field), fault.text);
+    }
+    project.tags.push_back(std::move(row.tag));
+  }
+  return project;
+}
+
 Project project_from_csv(std::string_view text, const std::string& source) {
-  return TagsReader(text, source).read();
+  return project_from_list({std::string(text), std::nullopt}, source, ignore);
 }
 
 std::string project_to_csv(const Project& project) {
-  std::string text;
-  if (project.password) {
-    text += fmt::format("# password: {}\n", *project.password);
-  }
-  if (project.char_paired) {
-    text += "# strings: char-paired\n";
-  }
-  text += "name,type,count,first,elements,device,id\n";
+  fmt::memory_buffer text;
+  const auto out = std::back_inserter(text);
+  fmt::format_to(out, "{}{}\n", setting_lines(project, "\n"), fmt::join(kTagFieldNames, ","));
   for (const auto& tag : project.tags) {
-    text += fmt::format("{},{},{},{},{},{},{}\n", csv_field(tag.name), tag.type->name, tag.count,
-                        tag.first ? std::to_string(*tag.first) : "", tag.elements, tag.device, tag.id);
+    fmt::format_to(out, "{},{},{},", csv_field(tag.name), tag.type->name, tag.count);
+    if (tag.first) {
+      fmt::format_to(out, "{}", *tag.first);
+    }
+    fmt::format_to(out, ",{},{},{}\n", tag.elements, tag.device, tag.id);
   }
-  return text;
+  return fmt::to_string(text);
+}
+
+ListText with_settings(ListText list, const Project& project) {
+  const TagListReader reader(list.text, {}, list.separator, ignore);
+  Project changed;
+  if (project.password != reader.settings().password) {
+    changed.password = project.password;
+  }
+  changed.char_paired = project.char_paired && !reader.settings().char_paired;
+  const auto header = reader.header_position();
+  list.text.insert(header, setting_lines(changed, line_end_of(std::string_view(list.text).substr(header))));
+  return list;
+}
+
+std::string encode_with_list(const Project& project, const ListText& list) {
+  if (list.text == project_to_csv(project)) {
+    return encode_project(project);
+  }
+  return encode_project(project, list);
+}
+
+OwnList list_of(const ProjectFile& file) {
+  if (file.list) {
+    try {
+      if (project_from_list(*file.list, {}, ignore) == file.project) {
+        return {*file.list, false};
+      }
+    } catch (const UserError&) {
+      // Falls through: a list that cannot be read is not the file's.
+    }
+  }
+  return {{project_to_csv(file.project), std::nullopt}, file.list.has_value()};
 }
 
 }  // namespace ostravel::host

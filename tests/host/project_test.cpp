@@ -89,15 +89,80 @@ TEST(Project, EverythingSurvivesTheWayThroughTheFile) {
   EXPECT_EQ(back.tags[1].first, std::nullopt);
 }
 
+TEST(Project, ListStandsBehindTheSettingsAndItsPlaceInTheHead) {
+  Project project;
+  const auto file = encode_project(project, ListText{"x;y", ';'});
+  EXPECT_EQ(file,
+            "OSTRAVEL"
+            "\x01\0\0\0"
+            "\x18\0\0\0"  // the table, behind a head that is 4 bytes longer
+            "\x27\0\0\0"
+            "\x27\0\0\0"  // no settings, then the list
+            "TAGLIST\0\0\0\0\0\0\0\0"
+            "CSVTEXT;\x03\0\0\0x;y"s);
+  EXPECT_EQ(decode_project(file, "p").list, (ListText{"x;y", ';'}));
+}
+
+TEST(Project, FileWithoutAListIsReadAsItAlwaysWas) {
+  const auto file =
+      "OSTRAVEL"
+      "\x01\0\0\0"
+      "\x14\0\0\0"
+      "\x2F\0\0\0"
+      "TAGLIST\0\0\0\0\x01\0\0\0"
+      "\x01\0A\x02\x07\0\0\0\0\0\0\0"
+      "\xC3\0\x04\0\x01\0\0\0\x01\0"s;
+  const auto read = decode_project(file, "p");
+  EXPECT_EQ(read.list, std::nullopt);
+  ASSERT_EQ(read.project.tags.size(), 1U);
+  EXPECT_EQ(read.project.tags[0].type->name, "INT");
+  EXPECT_EQ(read.project.tags[0].first, 1);
+  EXPECT_EQ(encode_project(read.project), file);
+}
+
+TEST(Project, TagThatCannotBeUsedIsKeptWhenAskedFor) {
+  Project project;
+  project.tags = {tag("A", "BOOL", 9), tag("B", "LREAL", 60000)};
+  const auto file = encode_project(project);
+  EXPECT_EQ(failure(file).substr(0, 2), "p:");
+  EXPECT_EQ(decode_project(file, "p", TagFaults::Keep).project, project);
+}
+
+TEST(Project, EveryFaultOfATagIsTold) {
+  auto bits = tag("a", "BOOL", 3000);
+  bits.elements = 2;
+  EXPECT_EQ(tag_faults(bits, false).size(), 3U);
+}
+
 TEST(Project, EveryShorterFileIsRefusedByALine) {
   Project project;
   project.password = "secret";
   project.tags = {tag("A.B", "INT"), tag("C", "STRING", 20)};
-  const auto whole = encode_project(project);
-  for (std::size_t size = 0; size < whole.size(); ++size) {
-    EXPECT_NE(failure(whole.substr(0, size)), "none") << size;
+  for (const auto& list : {std::optional<ListText>(), std::optional(ListText{"some text", std::nullopt})}) {
+    const auto whole = encode_project(project, list);
+    for (std::size_t size = 0; size < whole.size(); ++size) {
+      EXPECT_NE(failure(whole.substr(0, size)), "none") << size;
+    }
+    EXPECT_EQ(failure(whole), "none");
   }
-  EXPECT_EQ(failure(whole), "none");
+}
+
+// Whatever a flipped bit makes of the file: it is read or refused, and what is read can be written.
+TEST(Project, FlippedBitsNeverDoMoreThanBeRefused) {
+  Project project;
+  project.password = "secret";
+  project.tags = {tag("A.B", "INT", 3), tag("C", "STRING", 20)};
+  project.tags[0].first = 0;
+  const auto whole = encode_project(project, ListText{"name,type,count,device,id\nA.B,INT,3,1,0\n", ','});
+  for (std::size_t bit = 0; bit < 8 * whole.size(); ++bit) {
+    auto flipped = whole;
+    flipped[bit / 8] = static_cast<char>(flipped[bit / 8] ^ (1 << bit % 8));
+    try {
+      const auto file = decode_project(flipped, "p");
+      EXPECT_EQ(decode_project(encode_project(file.project, file.list), "p").project, file.project) << bit;
+    } catch (const UserError&) {
+    }
+  }
 }
 
 TEST(Project, AnotherFileIsRefusedByName) {

@@ -57,17 +57,17 @@ TEST(TagsCsv, ErrorsNameFileLineAndColumn) {
             "t.csv:2:14: id '-1' is no whole number from 0 to 4294967295");
   EXPECT_EQ(failure(header + ",INT,1,,1,1,1\n"), "t.csv:2:1: the name must have 1 to 65535 bytes");
   EXPECT_EQ(failure(header + "A,INT,1\n"),
-            "t.csv:2:7: 3 fields, and the header line has 7; put names with commas in quotes");
+            "t.csv:2:7: 3 fields, and the header line has 7; put names with a separator in them in "
+            "quotes");
 }
 
 TEST(TagsCsv, HeaderIsChecked) {
   EXPECT_EQ(failure(""),
-            "t.csv: has no header line; begin it with: name,type,count,first,elements,device,id");
+            "t.csv:1:1: has no header line; begin it with: name,type,count,first,elements,device,id");
   EXPECT_EQ(failure("name,type,count,device\n"),
             "t.csv:1:1: column 'id' is missing from the header line; add it");
   EXPECT_EQ(failure("name,name\n"), "t.csv:1:6: column 'name' stands there twice; remove one");
-  EXPECT_EQ(failure("name,address\n"),
-            "t.csv:1:6: column 'address' is not known; use name, type, count, first, elements, device, id");
+  EXPECT_EQ(failure("name,address\n"), "t.csv:1:1: column 'type' is missing from the header line; add it");
 }
 
 TEST(TagsCsv, NameWithANulIsRefusedWithItsPlace) {
@@ -75,9 +75,57 @@ TEST(TagsCsv, NameWithANulIsRefusedWithItsPlace) {
   EXPECT_EQ(failure(list), "t.csv:2:1: the name holds a NUL, which would end it for the driver; remove it");
 }
 
-TEST(TagsCsv, Utf16IsNamed) {
-  EXPECT_EQ(failure("\xFF\xFEn"), "t.csv:1:1: is UTF-16; save the list as UTF-8");
-  EXPECT_EQ(failure("\xFE\xFFn"), "t.csv:1:1: is UTF-16; save the list as UTF-8");
+TEST(TagsCsv, FaultOfATagStandsAtTheFieldToBeChanged) {
+  const std::string header = "name,type,count,first,elements,device,id\n";
+  EXPECT_EQ(failure(header + "A,INT,1,,2,1,1\n"),
+            "t.csv:2:10: elements belongs to arrays of texts; leave it 1, or give first");
+  EXPECT_EQ(failure(header + "A,BOOL,2,,1,1,1\n"),
+            "t.csv:2:3: an array of Bool has the type BitArray; change the type");
+}
+
+TEST(TagsCsv, PasswordSurvivesWhateverItIs) {
+  for (const std::string password :
+       {"", " a ", "a\nb\rc", "\"", "a,,,,,,", "a;;;;;;", "#", "\t", "strings: x"}) {
+    Project project;
+    project.password = password;
+    EXPECT_EQ(project_from_csv(project_to_csv(project), "t").password, password);
+  }
+}
+
+TEST(TagsCsv, SettingsArePutBeforeTheHeaderAsItsLineEnds) {
+  Project project;
+  project.password = "new";
+  project.char_paired = true;
+  const ListText list{"\xEF\xBB\xBF# password: old\r\n\r\nid;name;type;count;device\r\n", std::nullopt};
+  const auto changed = with_settings(list, project);
+  EXPECT_EQ(changed.text,
+            "\xEF\xBB\xBF# password: old\r\n\r\n# password: new\r\n# strings: char-paired\r\n"
+            "id;name;type;count;device\r\n");
+  EXPECT_EQ(project_from_csv(changed.text, "t"), project);
+  EXPECT_EQ(with_settings(changed, project), changed);
+}
+
+TEST(TagsCsv, ListIsKeptInTheProjectUnlessItIsInTheNormalForm) {
+  const std::string normal = "name,type,count,first,elements,device,id\nA,INT,1,,1,1,1\n";
+  const auto project = project_from_csv(normal, "t");
+  EXPECT_EQ(encode_with_list(project, {normal, std::nullopt}), encode_project(project));
+
+  const ListText own{"Name\tTYPE\tcount\tdevice\tid\tnote\r\"A\"\tint\t01\t1\t1\tx\r", '\t'};
+  const auto file = decode_project(encode_with_list(project, own), "p");
+  EXPECT_EQ(file.project, project);
+  EXPECT_EQ(list_of(file).list, own);
+  EXPECT_FALSE(list_of(file).outdated);
+}
+
+TEST(TagsCsv, ListThatNoLongerSaysWhatTheProjectDoesGivesWayToTheNormalForm) {
+  const std::string normal = "name,type,count,first,elements,device,id\nA,INT,1,,1,1,1\n";
+  const auto project = project_from_csv(normal, "t");
+  for (const auto* other : {"name,type,count,device,id\nB,INT,1,1,1\n", "no list", ""}) {
+    const auto own = list_of(decode_project(encode_project(project, ListText{other, std::nullopt}), "p"));
+    EXPECT_EQ(own.list.text, normal);
+    EXPECT_TRUE(own.outdated);
+  }
+  EXPECT_FALSE(list_of(decode_project(encode_project(project), "p")).outdated);
 }
 
 }  // namespace
