@@ -41,18 +41,6 @@ bool is_library(const StatusEntry& entry) {
   return entry.source == StatusSource::Library || entry.source == StatusSource::StandIn;
 }
 
-// Results are printed as 0xFFF00016, by the driver as fff00016, and in a debugger as -1048554.
-std::optional<std::uint32_t> library_result(std::string_view text) {
-  if (text.starts_with('-')) {
-    const auto number = whole_number<std::int32_t>(text, 10);
-    return number ? std::optional(static_cast<std::uint32_t>(*number)) : std::nullopt;
-  }
-  const bool marked = begins_with(text, "0x");
-  const auto digits = marked ? text.substr(2) : text;
-  constexpr std::size_t kAllDigits = 8;
-  return marked || digits.size() == kAllDigits ? whole_number<std::uint32_t>(digits, 16) : std::nullopt;
-}
-
 // The code in front of an optional "/STATUS".
 std::optional<std::uint8_t> input_error(std::string_view text) {
   const auto slash = text.find('/');
@@ -89,24 +77,6 @@ std::string_view to_text(StatusSource source) {
   return "";
 }
 
-std::string_view to_word(StatusSource source) {
-  switch (source) {
-    case StatusSource::Input:
-      return "input";
-    case StatusSource::Output:
-      return "output";
-    case StatusSource::Loader:
-      return "loader";
-    case StatusSource::Host:
-      return "host";
-    case StatusSource::Library:
-      return "library";
-    case StatusSource::StandIn:
-      return "standin";
-  }
-  return "";
-}
-
 std::span<const StatusEntry> status_catalogue() {
   return kEntries;
 }
@@ -121,6 +91,17 @@ const StatusEntry* find_status(StatusSource source, std::uint32_t number) {
 std::string_view input_status_name(std::uint8_t error) {
   const auto* entry = find_status(StatusSource::Input, error);
   return entry == nullptr ? "unknown" : entry->name;
+}
+
+std::optional<std::uint32_t> library_result(std::string_view text) {
+  if (text.starts_with('-')) {
+    const auto number = whole_number<std::int32_t>(text, 10);
+    return number ? std::optional(static_cast<std::uint32_t>(*number)) : std::nullopt;
+  }
+  const bool marked = begins_with(text, "0x");
+  const auto digits = marked ? text.substr(2) : text;
+  constexpr std::size_t kAllDigits = 8;
+  return marked || digits.size() == kAllDigits ? whole_number<std::uint32_t>(digits, 16) : std::nullopt;
 }
 
 std::vector<StatusEntry> look_up_status(std::string_view text) {

@@ -5,6 +5,7 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
 #include <span>
 #include <string_view>
 #include <vector>
@@ -21,8 +22,6 @@ enum class StatusSource : std::uint8_t {
 };
 // In words, such as "INPUT_DATA".
 std::string_view to_text(StatusSource source);
-// A word for machines, such as "input".
-std::string_view to_word(StatusSource source);
 
 struct StatusEntry {
   StatusSource source;
@@ -42,9 +41,12 @@ const StatusEntry* find_status(StatusSource source, std::uint32_t number);
 // What a byErrCode is called: "ok", "no data", "not ready", else "unknown".
 std::string_view input_status_name(std::uint8_t error);
 
+// A result of the library as it is printed, 0xFFF00016 or fff00016, or as a debugger shows it, -1048554.
+std::optional<std::uint32_t> library_result(std::string_view text);
+
 // All entries that a person can mean: 2, 13/5 (or with any other status behind the slash), "loader 3",
-// 0xFFF00016, fff00016 or -1048554 as the library's results are printed, a name or at least three letters of
-// its beginning. Upper and lower case are the same. Empty when there is none.
+// a result of the library, a name or at least three letters of its beginning. Upper and lower case are the
+// same. Empty when there is none.
 std::vector<StatusEntry> look_up_status(std::string_view text);
 
 }  // namespace ostravel::host

@@ -22,7 +22,7 @@ using testing::Not;
 std::string names_of(const std::vector<StatusEntry>& entries) {
   std::set<std::string> names;
   for (const auto& entry : entries) {
-    names.insert(fmt::format("{}:{}", to_word(entry.source), entry.name));
+    names.insert(fmt::format("{}:{}", to_text(entry.source), entry.name));
   }
   return fmt::format("{}", fmt::join(names, ", "));
 }
@@ -104,20 +104,20 @@ TEST(StatusCatalogue, NamesTheStandInsResultsAsTheStandInDoes) {
 
 TEST(StatusCatalogue, FindsWhatAPersonTypes) {
   for (const auto& [text, names] : std::vector<std::pair<std::string, std::string>>{
-           {"0", "input:ok"},
-           {"2", "input:no data"},
-           {"2/5", "input:no data"},
-           {"13/5", "input:not ready"},
-           {"NO DATA", "input:no data"},
-           {"wait 1, length 8", "output:failed"},
-           {"wait 1", "output:failed"},
-           {"Loader 3", "loader:error"},
+           {"0", "INPUT_DATA:ok"},
+           {"2", "INPUT_DATA:no data"},
+           {"2/5", "INPUT_DATA:no data"},
+           {"13/5", "INPUT_DATA:not ready"},
+           {"NO DATA", "INPUT_DATA:no data"},
+           {"wait 1, length 8", "output filter:failed"},
+           {"wait 1", "output filter:failed"},
+           {"Loader 3", "symbol loader:error"},
            {"0xFFF00016", "library:library not loaded"},
            {"fff00016", "library:library not loaded"},
            {"-1048554", "library:library not loaded"},
-           {"0xffe10041", "standin:path leads to no symbol"},
-           {"path leads", "standin:path leads to no symbol"},
-           {"connection lost", "host:connection lost"},
+           {"0xffe10041", "stand-in library:path leads to no symbol"},
+           {"path leads", "stand-in library:path leads to no symbol"},
+           {"connection lost", "ostravel-host:connection lost"},
        }) {
     EXPECT_EQ(names_of(look_up_status(text)), names) << text;
   }
