@@ -2,15 +2,17 @@
 // What the parts of the server share. Everything here is touched only on the thread that runs io.
 #pragma once
 
-#include <algorithm>
 #include <asio.hpp>
 #include <chrono>
 #include <cstdint>
+#include <functional>
 #include <memory>
-#include <set>
 #include <utility>
+#include <vector>
 
+#include "simulator/plc/limits.h"
 #include "simulator/plc/plc.h"
+#include "simulator/program/source.h"
 
 namespace ostravel::plc {
 
@@ -33,14 +35,24 @@ struct Core {
   Core(Program program, const PlcOptions& options) : plc(std::move(program), options) {}
 
   Plc plc;
-  bool held = false;  // the cyclic program stands still
+  LoadOptions load;      // for programs that are downloaded
+  bool held = false;     // the cyclic program stands still
+  bool stopped = false;  // so it does, and no client gets in: the PLC restarts
   Faults faults;
+  ClientLimits limits;
   ConnectionCounts connections;
+  std::size_t waiting = 0;  // bytes of answers that wait to be sent, of all sessions
   asio::io_context io;
-  std::set<std::shared_ptr<Session>> sessions;
+  std::vector<std::shared_ptr<Session>> sessions;  // the oldest first
+  // Closes the port for so long; set by whoever listens.
+  std::function<void(std::chrono::milliseconds)> close_port;
 
   void add(const std::shared_ptr<Session>& session);
   void remove(const std::shared_ptr<Session>& session);
+  // Returns how many there were.
+  std::size_t close_all();
+  // Counts bytes that now wait, and drops the session for which most waits when it is too much in all.
+  void add_waiting(std::size_t bytes);
 };
 
 }  // namespace ostravel::plc

@@ -39,14 +39,24 @@ std::optional<std::uint64_t> add_simulation_block(Program& program) {
   return address;
 }
 
+JobResult check_password(const ClientRights& rights) {
+  return rights.password.empty() || rights.password_given ? JobResult::Ok : JobResult::PasswordMissing;
+}
+
 }  // namespace
 
-Plc::Plc(Program program, const PlcOptions& options) : program_(std::move(program)), options_(options) {
-  cycle_address_ = add_simulation_block(program_);
-  memory_ = program_.initial;
-  left_out_ = generators_.attach_live(program_.blocks);
+Plc::Plc(Program program, const PlcOptions& options) : options_(options) {
+  load(std::move(program));
   for (const auto& rule : options_.generator_rules) generators_.attach(program_.blocks, rule);
   run_program();
+}
+
+void Plc::load(Program program) {
+  program_ = std::move(program);
+  cycle_address_ = add_simulation_block(program_);
+  memory_ = program_.initial;
+  generators_ = {};
+  left_out_ = generators_.attach_live(program_.blocks);
 }
 
 void Plc::run_program() {
@@ -58,6 +68,40 @@ void Plc::step() {
   history_.keep(cycle_, memory_);
   ++cycle_;
   run_program();
+}
+
+void Plc::restart() {
+  history_.keep(cycle_, memory_);
+  ++cycle_;
+  memory_ = program_.initial;
+  run_program();
+}
+
+std::vector<std::string> Plc::download(Program program) {
+  load(std::move(program));
+  std::vector<std::string> forgotten;
+  std::erase_if(options_.generator_rules, [&](const std::string& rule) {
+    try {
+      generators_.attach(program_.blocks, rule);
+      return false;
+    } catch (const GeneratorError&) {
+      forgotten.push_back(rule);
+      return true;
+    }
+  });
+  history_ = History();
+  failing_.clear();
+  ++cycle_;
+  run_program();
+  return forgotten;
+}
+
+void Plc::generate(std::string_view path, std::string_view rule) {
+  const auto start = std::string(path) + "=";
+  generators_.attach(program_.blocks, start + std::string(rule));
+  auto& rules = options_.generator_rules;  // for the program that comes after this one
+  std::erase_if(rules, [&](const std::string& other) { return other.starts_with(start); });
+  rules.push_back(start + std::string(rule));
 }
 
 std::optional<std::vector<std::uint8_t>> Plc::image(const Target& target, std::uint64_t cycle) const {
@@ -88,10 +132,6 @@ ItemResult Plc::check(std::uint64_t address, std::uint64_t length, bool write) c
   return permitted ? ItemResult::Ok : ItemResult::NotPermitted;
 }
 
-JobResult Plc::check_password(const ClientRights& rights) const {
-  return options_.password.empty() || rights.password_given ? JobResult::Ok : JobResult::PasswordMissing;
-}
-
 JobResult Plc::check_job(std::uint64_t fingerprint, bool any_items, const ClientRights& rights) const {
   if (const auto result = check_password(rights); result != JobResult::Ok) return result;
   return any_items && fingerprint != program_.fingerprint ? JobResult::ProgramChanged : JobResult::Ok;
@@ -104,18 +144,18 @@ wire::Answer Plc::serve(const wire::Request& request, ClientRights& rights) {
   return answer;
 }
 
-JobResult Plc::run(const wire::HelloRequest&, ClientRights&, wire::AnswerBody& body) {
+JobResult Plc::run(const wire::HelloRequest&, ClientRights& rights, wire::AnswerBody& body) {
   ++jobs_.others;
   body = wire::HelloAnswer{wire::kProtocolVersion, options_.order_number, program_.fingerprint,
-                           !options_.password.empty()};
+                           !rights.password.empty()};
   return JobResult::Ok;
 }
 
 JobResult Plc::run(const wire::PasswordRequest& request, ClientRights& rights, wire::AnswerBody& body) {
   ++jobs_.others;
   body = wire::PasswordAnswer{};
-  rights.password_given = request.password == options_.password;
-  return rights.password_given || options_.password.empty() ? JobResult::Ok : JobResult::PasswordWrong;
+  rights.password_given = request.password == rights.password;
+  return rights.password_given || rights.password.empty() ? JobResult::Ok : JobResult::PasswordWrong;
 }
 
 JobResult Plc::run(const wire::SymbolsRequest&, ClientRights& rights, wire::AnswerBody& body) {

@@ -7,6 +7,8 @@
 #include <cstdint>
 #include <optional>
 #include <string>
+#include <string_view>
+#include <utility>
 #include <vector>
 
 #include "simulator/plc/history.h"
@@ -22,8 +24,10 @@ struct PlcOptions {
   std::vector<std::string> generator_rules;          // in the form that Generators::attach takes
 };
 
-// What one client has reached so far.
+// What one client needs and has reached so far. Protection that is set or cleared later concerns later
+// clients.
 struct ClientRights {
+  std::string password;  // that this client has to give; empty: none
   bool password_given = false;
 };
 
@@ -48,6 +52,25 @@ class Plc {
 
   // Runs the program once. Cycle 0 has run when the object exists.
   void step();
+
+  // A warm restart: the memory gets its start values back, generators and faults stay. The count of cycles
+  // goes on, so that a value of before the restart can be told from one of after it by its cycle.
+  void restart();
+
+  // Runs another program from its start values on, in a cycle of its own. What belongs to places of the old
+  // memory goes: its past cycles and the variables that fail. Returns the generator rules that do not fit the
+  // new program and are forgotten.
+  std::vector<std::string> download(Program program);
+
+  // From the next cycle on a generator drives the variable; rule as in Generators::attach behind the '='.
+  // Throws GeneratorError.
+  void generate(std::string_view path, std::string_view rule);
+
+  // Clients that come from now on have to give it; empty: none.
+  void set_password(std::string password) { options_.password = std::move(password); }
+
+  // The rights with which a new client starts.
+  ClientRights admit() const { return {options_.password, false}; }
 
   // One job of a client.
   wire::Answer serve(const wire::Request& request, ClientRights& rights);
@@ -77,10 +100,10 @@ class Plc {
       return address < other + other_length && other < address + length;
     }
   };
+  void load(Program program);
   void run_program();
   wire::ItemResult check(std::uint64_t address, std::uint64_t length, bool write) const;
   wire::JobResult check_job(std::uint64_t fingerprint, bool any_items, const ClientRights& rights) const;
-  wire::JobResult check_password(const ClientRights& rights) const;
 
   wire::JobResult run(const wire::HelloRequest& request, ClientRights& rights, wire::AnswerBody& body);
   wire::JobResult run(const wire::PasswordRequest& request, ClientRights& rights, wire::AnswerBody& body);

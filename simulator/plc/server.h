@@ -6,12 +6,14 @@
 #include <chrono>
 #include <cstdint>
 #include <memory>
-#include <stdexcept>
 #include <string>
 #include <string_view>
 
+#include "simulator/plc/limits.h"
 #include "simulator/plc/plc.h"
+#include "simulator/plc/servererror.h"
 #include "simulator/program/program.h"
+#include "simulator/program/source.h"
 
 namespace ostravel::plc {
 
@@ -20,11 +22,8 @@ struct ServerOptions {
   std::uint16_t port = 102;                  // 0: any free port
   std::chrono::microseconds cycle{100'000};  // 0: only the console's `step` runs the program
   PlcOptions plc;
-};
-
-// The port cannot be used; what() is one line that says why and what to do.
-struct ServerError : std::runtime_error {
-  using std::runtime_error::runtime_error;
+  LoadOptions load;  // for programs that are downloaded
+  ClientLimits limits;
 };
 
 class Server {

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "simulator/plc/session.h"
 
+#include <algorithm>
 #include <utility>
 
 namespace ostravel::plc {
@@ -12,17 +13,19 @@ constexpr std::uint16_t kOwnReference = 1;
 constexpr std::chrono::milliseconds kTooLate{200};
 constexpr std::chrono::milliseconds kLongestDelay{600'000};
 
-// A client that asks and never listens is cut off when so much waits for it.
-constexpr std::size_t kMaxWaiting = std::size_t{512} << 20;
-
 }  // namespace
 
 Session::Session(Core& core, asio::ip::tcp::socket socket)
-    : core_(core), socket_(std::move(socket)), reader_(wire::kMaxRequest) {}
+    : core_(core),
+      socket_(std::move(socket)),
+      handshake_(core.io),
+      reader_(wire::kMaxRequest),
+      rights_(core.plc.admit()) {}
 
 void Session::start() {
   asio::error_code ignored;
   socket_.set_option(asio::ip::tcp::no_delay(true), ignored);
+  expect_handshake();
   receive();
 }
 
@@ -31,32 +34,54 @@ void Session::close() {
   asio::error_code ignored;
   socket_.shutdown(asio::ip::tcp::socket::shutdown_both, ignored);
   socket_.close(ignored);
+  handshake_.cancel();
+  for (const auto& timer : delayed_) timer->cancel();
+  core_.waiting -= std::exchange(waiting_, 0);
   core_.remove(shared_from_this());
 }
 
+void Session::expect_handshake() {
+  handshake_.expires_after(core_.limits.handshake);
+  handshake_.async_wait([self = shared_from_this()](asio::error_code cancelled) {
+    if (cancelled || self->connected_) return;
+    // The client may have asked, and is kept waiting on purpose.
+    if (self->core_.faults.frozen) return self->expect_handshake();
+    self->close();
+  });
+}
+
+void Session::serve() {
+  while (socket_.is_open() && waiting_ < core_.limits.waiting_each) {
+    const auto event = reader_.next();
+    if (!event) return receive();
+    take(*event);
+  }
+}
+
 void Session::receive() {
+  if (std::exchange(receiving_, true)) return;
   socket_.async_read_some(asio::buffer(input_),
                           [self = shared_from_this()](asio::error_code error, std::size_t length) {
+                            self->receiving_ = false;
                             if (error) return self->close();
                             try {
                               self->reader_.feed(std::span(self->input_).first(length));
-                              while (auto event = self->reader_.next()) self->take(*event);
                             } catch (const wire::BadFrame&) {
-                              self->close();
+                              return self->close();
                             }
-                            if (self->socket_.is_open()) self->receive();
+                            self->serve();
                           });
 }
 
 void Session::take(const wire::TransportEvent& event) {
-  if (!socket_.is_open()) return;
   switch (event.kind) {
     case wire::TransportEvent::Kind::ConnectRequest:
       if (connected_) return close();
       if (core_.faults.frozen) return;
       connected_ = true;
+      handshake_.cancel();
       unit_ = event.unit;
-      return send(wire::connect_confirm(event.reference, kOwnReference, unit_));
+      return send_after({}, wire::connect_confirm(event.reference, kOwnReference, unit_));
     case wire::TransportEvent::Kind::Message:
       if (!connected_) return close();
       return answer(event.message);
@@ -78,14 +103,16 @@ void Session::answer(const wire::Bytes& message) {
 }
 
 void Session::send_after(std::chrono::milliseconds delay, wire::Bytes frames) {
-  output_bytes_ += frames.size();
-  if (output_bytes_ > kMaxWaiting) return close();
+  waiting_ += frames.size();
+  core_.add_waiting(frames.size());
+  if (!socket_.is_open()) return;  // it was too much
   if (delay.count() == 0) return send(std::move(frames));
-  auto timer = std::make_shared<asio::steady_timer>(core_.io, delay);
-  timer->async_wait(
-      [self = shared_from_this(), timer, waiting = std::move(frames)](asio::error_code) mutable {
-        if (self->socket_.is_open()) self->send(std::move(waiting));
-      });
+  auto timer = std::make_shared<Timer>(core_.io, delay);
+  delayed_.insert(timer);
+  timer->async_wait([self = shared_from_this(), timer, frames = std::move(frames)](asio::error_code) mutable {
+    self->delayed_.erase(timer);
+    if (self->socket_.is_open()) self->send(std::move(frames));
+  });
 }
 
 void Session::send(wire::Bytes frames) {
@@ -96,23 +123,15 @@ void Session::send(wire::Bytes frames) {
 void Session::send_first() {
   asio::async_write(socket_, asio::buffer(output_.front()),
                     [self = shared_from_this()](asio::error_code error, std::size_t) {
-                      if (error) return self->close();
-                      self->output_bytes_ -= std::min(self->output_bytes_, self->output_.front().size());
+                      // Also when it was closed right after the last byte: nothing waits any more.
+                      if (error || !self->socket_.is_open()) return self->close();
+                      const auto sent = self->output_.front().size();
+                      self->waiting_ -= sent;
+                      self->core_.waiting -= sent;
                       self->output_.pop_front();
                       if (!self->output_.empty()) self->send_first();
+                      self->serve();
                     });
-}
-
-void Core::add(const std::shared_ptr<Session>& session) {
-  sessions.insert(session);
-  ++connections.accepted;
-  connections.open = sessions.size();
-  connections.most_at_once = std::max(connections.most_at_once, connections.open);
-}
-
-void Core::remove(const std::shared_ptr<Session>& session) {
-  sessions.erase(session);
-  connections.open = sessions.size();
 }
 
 }  // namespace ostravel::plc

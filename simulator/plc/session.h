@@ -1,5 +1,7 @@
 // SPDX-License-Identifier: MIT
-// One client's connection: frames in, jobs to the PLC, answers out. Closes itself on anything malformed.
+// One client's connection: frames in, jobs to the PLC, answers out. Closes itself on anything malformed, and
+// when the client does not ask for its transport connection in time. A client that does not take its answers
+// is not read from until it does.
 #pragma once
 
 #include <array>
@@ -7,6 +9,7 @@
 #include <cstdint>
 #include <deque>
 #include <memory>
+#include <set>
 
 #include "simulator/plc/core.h"
 #include "simulator/wire/frames.h"
@@ -19,7 +22,16 @@ class Session : public std::enable_shared_from_this<Session> {
   void start();
   void close();
 
+  // Whether the transport connection stands.
+  bool connected() const { return connected_; }
+  // Bytes of answers that wait to be sent.
+  std::size_t waiting() const { return waiting_; }
+
  private:
+  using Timer = asio::steady_timer;
+
+  void expect_handshake();
+  void serve();
   void receive();
   void take(const wire::TransportEvent& event);
   void answer(const wire::Bytes& message);
@@ -29,11 +41,14 @@ class Session : public std::enable_shared_from_this<Session> {
 
   Core& core_;
   asio::ip::tcp::socket socket_;
+  Timer handshake_;
   wire::FrameReader reader_;
   std::array<std::uint8_t, 65536> input_{};
+  bool receiving_ = false;
   std::deque<wire::Bytes> output_;
-  std::size_t output_bytes_ = 0;
-  bool connected_ = false;  // on the transport level
+  std::set<std::shared_ptr<Timer>> delayed_;  // each holds an answer that is not yet in output_
+  std::size_t waiting_ = 0;                   // bytes of output_ and of what is delayed
+  bool connected_ = false;
   std::uint8_t unit_ = wire::kPreferredUnit;
   ClientRights rights_;
 };

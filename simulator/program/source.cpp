@@ -10,6 +10,7 @@
 #include "simulator/program/image.h"
 #include "simulator/program/layout.h"
 #include "simulator/program/parser.h"
+#include "simulator/program/text.h"
 #include "simulator/program/text_file.h"
 
 namespace ostravel::plc {
@@ -26,6 +27,30 @@ struct Sources {
     std::move(found.begin(), found.end(), std::back_inserter(declarations));
   }
 };
+
+bool has_block(const std::vector<Declaration>& declarations, std::string_view name, std::string_view of) {
+  return std::any_of(declarations.begin(), declarations.end(), [&](const Declaration& other) {
+    return other.kind == Declaration::Kind::DataBlock &&
+           (equal_names(other.name, name) || equal_names(other.content.name, of));
+  });
+}
+
+void add_instances(std::vector<Declaration>& declarations) {
+  std::vector<Declaration> instances;
+  for (const Declaration& declaration : declarations) {
+    const std::string name = declaration.name + "_DB";
+    if (declaration.kind == Declaration::Kind::DataBlock || has_block(declarations, name, declaration.name))
+      continue;
+    Declaration& instance = instances.emplace_back();
+    instance.kind = Declaration::Kind::DataBlock;
+    instance.position = declaration.position;
+    instance.name = name;
+    instance.content.position = declaration.position;
+    instance.content.name = declaration.name;
+    instance.content.quoted = true;
+  }
+  std::move(instances.begin(), instances.end(), std::back_inserter(declarations));
+}
 
 Program build(const Sources& sources, const LoadOptions& options, std::vector<std::string>* warnings) {
   const Catalogue catalogue(sources.declarations, options);
@@ -52,6 +77,7 @@ Program load_program(std::span<const std::filesystem::path> files, const LoadOpt
                      std::vector<std::string>* warnings) {
   Sources sources;
   for (const std::filesystem::path& file : files) sources.add(file.string(), read_source(file), warnings);
+  if (options.instances) add_instances(sources.declarations);
   return build(sources, options, warnings);
 }
 
@@ -59,6 +85,7 @@ Program load_text(std::string_view text, std::string_view name, const LoadOption
                   std::vector<std::string>* warnings) {
   Sources sources;
   sources.add(std::string(name), decode_source(std::string(text), name), warnings);
+  if (options.instances) add_instances(sources.declarations);
   return build(sources, options, warnings);
 }
 

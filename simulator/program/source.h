@@ -28,6 +28,9 @@ struct LoadOptions {
   std::map<std::string, std::string> constants;
   // A program that needs more memory than this is refused.
   std::uint64_t memory_limit = 64ULL << 20U;
+  // Adds a data block "NAME_DB" for each function block and type NAME of which no data block is an instance,
+  // so that sources without data blocks have variables too.
+  bool instances = false;
 };
 
 // Loads all files, then resolves names, so that their order does not matter except for the order of the

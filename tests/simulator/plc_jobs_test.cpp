@@ -31,7 +31,7 @@ class PlcJobs : public testing::Test {
   }
 
   Plc plc{test_program()};
-  ClientRights rights;
+  ClientRights rights = plc.admit();
 };
 
 TEST_F(PlcJobs, WrittenBytesAreReadBack) {
@@ -168,7 +168,7 @@ class PlcWithPassword : public testing::Test {
   }
   JobResult serve(wire::RequestBody body) { return plc.serve({1, 1000, std::move(body)}, rights).result; }
   Plc plc{test_program(), options()};
-  ClientRights rights;
+  ClientRights rights = plc.admit();
 };
 
 TEST_F(PlcWithPassword, RefusesEverythingButGreetings) {

@@ -189,7 +189,7 @@ TEST_F(PlcProcess, TakesConstants) {
 TEST_F(PlcProcess, BadSourceIsOneLineWithThePlace) {
   const auto file = write_source("bad.db", "DATA_BLOCK \"B\"\nVAR\n  a : Nonsense_;\nEND_VAR\n");
   Process plc({"--port", "0", file});
-  EXPECT_NE(plc.wait(), 0);
+  EXPECT_EQ(plc.wait(), 2);
   const auto errors = plc.rest_of_errors();
   EXPECT_THAT(errors, StartsWith(file + ":"));
   EXPECT_EQ(std::count(errors.begin(), errors.end(), '\n'), 1);
@@ -197,7 +197,7 @@ TEST_F(PlcProcess, BadSourceIsOneLineWithThePlace) {
 
 TEST_F(PlcProcess, MissingFileIsOneLine) {
   Process plc({"--port", "0", (folder / "none.db").string()});
-  EXPECT_NE(plc.wait(), 0);
+  EXPECT_EQ(plc.wait(), 2);
   const auto errors = plc.rest_of_errors();
   EXPECT_THAT(errors, HasSubstr("none.db"));
   EXPECT_EQ(std::count(errors.begin(), errors.end(), '\n'), 1);
@@ -206,7 +206,7 @@ TEST_F(PlcProcess, MissingFileIsOneLine) {
 TEST_F(PlcProcess, BusyPortIsOneLine) {
   Server other(test_program(), test_options());
   Process plc({"--port", std::to_string(other.port()), source});
-  EXPECT_EQ(plc.wait(), 1);
+  EXPECT_EQ(plc.wait(), 2);
   const auto errors = plc.rest_of_errors();
   EXPECT_THAT(errors, HasSubstr("another program uses this port"));
   EXPECT_EQ(std::count(errors.begin(), errors.end(), '\n'), 1);
@@ -228,7 +228,7 @@ TEST_F(PlcProcess, BadOptionsAreOneLineAndCodeTwo) {
 
 TEST_F(PlcProcess, BadGeneratorRuleIsOneLine) {
   Process plc({"--port", "0", "--generate", "Plant.Nowhere=ramp", source});
-  EXPECT_EQ(plc.wait(), 1);
+  EXPECT_EQ(plc.wait(), 2);
   EXPECT_THAT(plc.rest_of_errors(), HasSubstr("Nowhere"));
 }
 
