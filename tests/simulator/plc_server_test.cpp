@@ -6,11 +6,8 @@
 #include <gtest/gtest.h>
 
 #include <asio.hpp>
-#include <nlohmann/json.hpp>
-#include <thread>
 
-#include "simulator/wire/client.h"
-#include "tests/simulator/plc_program.h"
+#include "tests/simulator/plc_server_world.h"
 
 namespace ostravel::plc {
 namespace {
@@ -19,26 +16,7 @@ using nlohmann::json;
 using testing::HasSubstr;
 using namespace std::chrono_literals;
 
-constexpr auto kPatience = 10s;  // longer than anything here takes
-constexpr auto kShort = 50ms;    // for what is not to happen
-
-class ServerTest : public testing::Test {
- protected:
-  json command(std::string_view line) { return json::parse(server.command(line)); }
-  std::unique_ptr<wire::Client> connect() {
-    return std::make_unique<wire::Client>("127.0.0.1", server.port(), kPatience);
-  }
-  // Connections are dropped by the server in its own time.
-  bool comes_true(const std::function<bool()>& condition) {
-    for (const auto end = std::chrono::steady_clock::now() + kPatience;
-         std::chrono::steady_clock::now() < end;) {
-      if (condition()) return true;
-      std::this_thread::sleep_for(1ms);
-    }
-    return false;
-  }
-  Server server{test_program(), test_options()};
-};
+class ServerTest : public ServerWorld {};
 
 TEST_F(ServerTest, AnswersAGreeting) {
   const auto answer = connect()->ask(wire::HelloRequest{}, kPatience);
