@@ -5,6 +5,7 @@ add_executable(simulator_program_tests
   program_fuzz_test.cpp
   program_generators_test.cpp
   program_initial_test.cpp
+  program_instances_test.cpp
   program_json_test.cpp
   program_layout_test.cpp
   program_lexer_test.cpp
