@@ -9,12 +9,12 @@
 #include "host/commands/command.h"
 #include "host/commands/describe_command.h"
 #include "host/commands/read_command.h"
-#include "host/commands/watch_command.h"
 #include "host/commands/write_command.h"
 #include "host/driverlibrary.h"
 #include "host/reference/status_command.h"
 #include "host/reference/tag_names_command.h"
 #include "host/usererror.h"
+#include "host/watch/watch_command.h"
 
 namespace {
 

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// watch: tags as they change.
+// watch: tags as they change, on a terminal as a live table, else as lines.
 #pragma once
 
 #include "host/commands/command.h"
