@@ -114,7 +114,7 @@ WriteAccess write_text(const Selection& selection, bool char_paired, bool offlin
                        const json& value) {
   const auto& tag = selection.tag;
   if (!value.is_string()) {
-    throw UserError(fmt::format("{} is no text", value.dump()));
+    throw UserError(fmt::format("{} is no text", value.dump(-1, ' ', false, json::error_handler_t::replace)));
   }
   const auto& text = value.get_ref<const std::string&>();
   WriteAccess write{access_of(selection, char_paired, offset), {}, false};
@@ -137,7 +137,8 @@ const json& checked_array(const Selection& selection, const json& value) {
   const auto& tag = selection.tag;
   const std::size_t size = tag.type->is_text() ? tag.elements : tag.count;
   if (!value.is_array() || value.size() != size) {
-    throw UserError(fmt::format("{} takes an array of {} values", selection.text, size));
+    const auto given = value.is_array() ? fmt::format("{} are given", value.size()) : "one is given";
+    throw UserError(fmt::format("takes an array of {} values, and {}", size, given));
   }
   return value;
 }
@@ -154,6 +155,24 @@ WriteAccess write_element(const Selection& selection, int offset, const json& va
     write.bit = words.front() != 0;
   } else {
     write.words = std::move(words);
+  }
+  return write;
+}
+
+// The driver takes a date and time in the bytes of its parts, two a word whatever the tag's type. In offline
+// simulation there is none, and each element holds what it was given.
+WriteAccess write_bytes(const Selection& selection, bool char_paired, bool offline,
+                        const json::binary_t& bytes) {
+  const auto& tag = selection.tag;
+  const auto width = static_cast<std::size_t>(tag.type->bits) / 8;
+  if (tag.type->is_text() || width * tag.count != bytes.size()) {
+    throw UserError(fmt::format("{} bytes do not fit {} of {}", bytes.size(), tag.count, tag.type->name));
+  }
+  WriteAccess write{access_of(selection, char_paired, 0), {}, false};
+  const std::size_t step = offline && width == 1 ? 1 : 2;
+  for (std::size_t i = 0; i < bytes.size(); i += step) {
+    const unsigned high = step == 2 && i + 1 < bytes.size() ? bytes[i + 1] : 0U;
+    write.words.push_back(static_cast<std::uint16_t>(bytes[i] | high << 8));
   }
   return write;
 }
@@ -242,43 +261,31 @@ std::vector<WriteAccess> write_accesses(const Selection& selection, bool char_pa
     write.bit = element_to_words(*find_tag_type("BOOL"), value).front() != 0;
     return {write};
   }
+  if (value.is_binary()) {
+    return {write_bytes(selection, char_paired, offline, value.get_binary())};
+  }
   const bool single = is_single(tag) && !(tag.is_array() && value.is_array());
   const json values = single ? json::array({value}) : checked_array(selection, value);
   std::vector<WriteAccess> writes;
-  if (tag.type->is_text() || element_by_element(tag)) {
-    for (std::size_t i = 0; i < values.size(); ++i) {
-      const int offset = static_cast<int>(i);
-      writes.push_back(tag.type->is_text() ? write_text(selection, char_paired, offline, offset, values[i])
-                                           : write_element(selection, offset, values[i]));
-    }
-    return writes;
-  }
+  const bool alone = tag.type->is_text() || element_by_element(tag);
   WriteAccess whole{access_of(selection, char_paired, 0), {}, false};
-  for (const auto& element : values) {
-    const auto words = element_to_words(*tag.type, element);
-    whole.words.insert(whole.words.end(), words.begin(), words.end());
-  }
-  return {whole};
-}
-
-json parse_value(const Selection& selection, std::string_view text) {
-  const bool text_type = selection.tag.type->is_text() && !selection.bit;
-  const bool looks_like_json = text.starts_with('[') || (text_type && text.starts_with('"'));
-  if (looks_like_json || (!text_type && is_single(selection.tag))) {
-    // What lies deeper than any value here would cost a stack frame a level later on.
-    bool too_deep = false;
-    auto value = json::parse(
-        text,
-        [&](int depth, json::parse_event_t, const json&) { return !(too_deep = too_deep || depth > 8); },
-        false);
-    if (too_deep) {
-      throw UserError("the value is nested too deeply; give a list of values");
-    }
-    if (!value.is_discarded()) {
-      return value;
+  for (std::size_t i = 0; i < values.size(); ++i) {
+    const int offset = static_cast<int>(i);
+    try {
+      if (tag.type->is_text()) {
+        writes.push_back(write_text(selection, char_paired, offline, offset, values[i]));
+      } else if (alone) {
+        writes.push_back(write_element(selection, offset, values[i]));
+      } else {
+        const auto words = element_to_words(*tag.type, values[i]);
+        whole.words.insert(whole.words.end(), words.begin(), words.end());
+      }
+    } catch (const UserError& error) {
+      throw single ? error
+                   : UserError(fmt::format("element {}: {}", tag.first.value_or(0) + offset, error.what()));
     }
   }
-  return std::string(text);
+  return alone ? writes : std::vector<WriteAccess>{std::move(whole)};
 }
 
 }  // namespace ostravel::host

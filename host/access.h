@@ -53,7 +53,7 @@ std::vector<Access> read_accesses(const Selection& selection, bool char_paired);
 nlohmann::json read_value(const Selection& selection, bool char_paired, std::span<const Words> records);
 
 // The records that write a value. Throws UserError for a value that does not fit, and for one that the driver
-// would not take over as it is.
+// would not take over as it is. Binary JSON is the bytes of the whole tag, which must be as many.
 //
 // How an array is written follows from how the driver takes it: as a whole it starts at the array's first
 // element whatever index is given, so an array with another lower bound than 0 is written element by element.
@@ -61,9 +61,5 @@ nlohmann::json read_value(const Selection& selection, bool char_paired, std::spa
 // bits, of which a request carries one.
 std::vector<WriteAccess> write_accesses(const Selection& selection, bool char_paired, bool offline,
                                         const nlohmann::json& value);
-
-// A value from a command line: JSON for arrays and bits, plain text for texts, else a number as
-// element_to_words takes it. Throws UserError.
-nlohmann::json parse_value(const Selection& selection, std::string_view text);
 
 }  // namespace ostravel::host

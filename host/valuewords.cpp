@@ -45,14 +45,35 @@ json real_to_json(double value) {
   return value;
 }
 
+// "-128 to 127"
+std::string range_of(const TagType& type) {
+  const auto largest = std::numeric_limits<std::uint64_t>::max() >> (64 - type.bits);
+  switch (type.kind) {
+    case ValueKind::Bool:
+    case ValueKind::Bit:
+      return "true or false";
+    case ValueKind::Signed:
+      return fmt::format("{} to {}", std::numeric_limits<std::int64_t>::min() >> (64 - type.bits),
+                         largest >> 1);
+    case ValueKind::Real:
+      return type.bits == 64 ? fmt::format("{0} to {1}", std::numeric_limits<double>::lowest(),
+                                           std::numeric_limits<double>::max())
+                             : fmt::format("{0} to {1}", std::numeric_limits<float>::lowest(),
+                                           std::numeric_limits<float>::max());
+    default:
+      return fmt::format("0 to {}", largest);
+  }
+}
+
 std::int64_t sign_extended(std::uint64_t number, int bits) {
   const int unused = 64 - bits;
   return static_cast<std::int64_t>(number << unused) >> unused;
 }
 
 [[noreturn]] void reject(const TagType& type, const json& value) {
-  throw UserError(fmt::format("{} does not fit {}",
-                              value.dump(-1, ' ', false, json::error_handler_t::replace), type.name));
+  throw UserError(fmt::format("{} does not fit {} ({})",
+                              value.dump(-1, ' ', false, json::error_handler_t::replace), type.name,
+                              range_of(type)));
 }
 
 // A whole number as the PLC's languages and JSON write it: -5, 250, 16#FF, 0xFF, 2#1010.

@@ -7,6 +7,9 @@
 
 #include "host/commands/shared.h"
 #include "host/config/devices.h"
+#include "host/files.h"
+#include "host/format.h"
+#include "host/literal.h"
 #include "host/table.h"
 #include "host/usererror.h"
 
@@ -34,8 +37,8 @@ std::pair<std::string, std::string> split_assignment(const std::string& assignme
 Assignment parse_assignment(const Projects& projects, const std::string& text) {
   const auto [name, value_part] = split_assignment(text);
   auto tag = projects.find(name);
-  const auto value = parse_value(tag.selection, value_part);
   try {
+    const auto value = parse_value(tag.selection, value_part);
     auto writes = write_accesses(tag.selection, projects.project(tag.device).char_paired,
                                  projects.device(tag.device).offline, value);
     return {std::move(tag), std::move(writes)};
@@ -44,13 +47,74 @@ Assignment parse_assignment(const Projects& projects, const std::string& text) {
   }
 }
 
+std::vector<Assignment> parse_assignments(const Projects& projects, const std::vector<std::string>& texts) {
+  std::vector<Assignment> assignments;
+  assignments.reserve(texts.size());
+  for (const auto& text : texts) {
+    assignments.push_back(parse_assignment(projects, text));
+  }
+  return assignments;
+}
+
+std::vector<std::string> hexadecimal(const Words& words) {
+  std::vector<std::string> texts;
+  for (const auto word : words) {
+    texts.push_back(fmt::format("{:04X}", word));
+  }
+  return texts;
+}
+
+// A bound below 0 travels as the 16-bit number that it is.
+int index_of(const DeviceTag& tag, const Access& access) {
+  const bool below_zero = tag.selection.tag.first.value_or(0) < 0;
+  return below_zero ? static_cast<std::int16_t>(access.array_index) : int{access.array_index};
+}
+
+// One request as a line for people.
+std::string request_line(const DeviceTag& tag, const WriteAccess& write) {
+  const auto& access = write.access;
+  auto line = fmt::format("{}: {} write, type {}, row {}", tag.label, write.words.empty() ? "bit" : "word",
+                          tag.selection.tag.type->name, access.row);
+  if (access.array_index != kNoArrayIndex) {
+    line += fmt::format(", index {}", index_of(tag, access));
+  }
+  if (write.words.empty()) {
+    return line + fmt::format(", bit {}", write.bit ? 1 : 0);
+  }
+  return line +
+         fmt::format(", elements {}, words {}", access.elements, fmt::join(hexadecimal(write.words), " "));
+}
+
+int show_requests(const CommonOptions& common, const std::vector<std::string>& texts) {
+  const Projects projects(load_devices(common));
+  RowWriter rows(stdout, common.format(),
+                 {"tag", "request", "type", "row", "index", "elements", "bit", "words"});
+  for (const auto& assignment : parse_assignments(projects, texts)) {
+    for (const auto& write : assignment.writes) {
+      if (common.format() == Format::Text) {
+        fmt::print("{}\n", request_line(assignment.tag, write));
+        continue;
+      }
+      using nlohmann::json;
+      const auto& access = write.access;
+      const bool bit = write.words.empty();
+      const bool indexed = access.array_index != kNoArrayIndex;
+      rows.write({assignment.tag.label, bit ? "bit write" : "word write",
+                  assignment.tag.selection.tag.type->name, access.row,
+                  indexed ? json(index_of(assignment.tag, access)) : json(), access.elements,
+                  bit ? json(write.bit) : json(), bit ? json() : json(hexadecimal(write.words))});
+    }
+  }
+  finish_output(stdout);
+  return kExitOk;
+}
+
 int write_tags(const CommonOptions& common, const std::vector<std::string>& texts) {
   Devices devices(common);
-  std::vector<Assignment> assignments;
+  const auto assignments = parse_assignments(devices.projects(), texts);
   std::vector<DeviceTag> tags;
-  for (const auto& text : texts) {
-    assignments.push_back(parse_assignment(devices.projects(), text));
-    tags.push_back(assignments.back().tag);
+  for (const auto& assignment : assignments) {
+    tags.push_back(assignment.tag);
   }
   // A write before the device serves reads would go nowhere, and its answer would not tell.
   TagPoller poller(devices, std::move(tags));
@@ -65,12 +129,17 @@ int write_tags(const CommonOptions& common, const std::vector<std::string>& text
   if (!poller.poll_all(common.timeout())) {
     return no_plc(devices, poller, common.timeout());
   }
+  RowWriter rows(devices.output().stream(), common.format(), tag_columns());
   int result = kExitOk;
   for (std::size_t i = 0; i < poller.size(); ++i) {
     const auto& state = poller.state(i);
-    fmt::print(devices.output().stream(), "{} reads back as {} ({})\n", poller.tag(i).label,
-               value_text(state.value), status_text(state));
     result = state.error == 0 ? result : kExitValueFailed;
+    if (common.format() == Format::Text) {
+      fmt::print(devices.output().stream(), "{} reads back as {} ({})\n", poller.tag(i).label,
+                 value_text(state.value), status_text(state));
+    } else {
+      rows.write(tag_cells(poller, i));
+    }
   }
   devices.output().finish();
   return result;
@@ -81,9 +150,15 @@ int write_tags(const CommonOptions& common, const std::vector<std::string>& text
 void add_write_command(CLI::App& app, const CommonOptions& common, CommandRunner& run) {
   auto* command = app.add_subcommand("write", "write tags and read them back");
   auto assignments = std::make_shared<std::vector<std::string>>();
-  command->add_option("ASSIGNMENT", *assignments, "NAME=VALUE; arrays as [1,2,3]")->required();
-  command->callback([&common, &run, assignments] {
-    run = [&common, assignments] { return write_tags(common, *assignments); };
+  auto dry_run = std::make_shared<bool>(false);
+  command
+      ->add_option("ASSIGNMENT", *assignments, "NAME=VALUE: true, -5, 16#FF, 3.25, 'text', T#5s, [1, 2, 3]")
+      ->required();
+  command->add_flag("--dry-run", *dry_run, "show the requests that would be sent, and send nothing");
+  command->callback([&common, &run, assignments, dry_run] {
+    run = [&common, assignments, dry_run] {
+      return *dry_run ? show_requests(common, *assignments) : write_tags(common, *assignments);
+    };
   });
 }
 

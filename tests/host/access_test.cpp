@@ -184,20 +184,5 @@ TEST(WriteAccess, ArrayNeedsAsManyValuesAsItHasElements) {
   EXPECT_THROW(writes("Name", 1), UserError);
 }
 
-TEST(ParseValue, FollowsTheTypeOfTheTag) {
-  EXPECT_EQ(parse_value(select(project(), "Level"), "-5"), -5);
-  EXPECT_EQ(parse_value(select(project(), "Level"), "16#10"), "16#10");
-  EXPECT_EQ(parse_value(select(project(), "Flag"), "true"), true);
-  EXPECT_EQ(parse_value(select(project(), "Levels"), "[1,2]"), json({1, 2}));
-  EXPECT_EQ(parse_value(select(project(), "Name"), "12"), "12");
-  EXPECT_EQ(parse_value(select(project(), "Name"), "\"x\\ny\""), "x\ny");
-  EXPECT_EQ(parse_value(select(project(), "Names"), "[\"a\"]"), json({"a"}));
-}
-
-TEST(ParseValue, ValueNestedWithoutEndIsRefused) {
-  const std::string nested = std::string(100'000, '[') + std::string(100'000, ']');
-  EXPECT_THROW(parse_value(select(project(), "Levels"), nested), UserError);
-}
-
 }  // namespace
 }  // namespace ostravel::host

@@ -3,13 +3,36 @@
 
 #include <algorithm>
 #include <cstdio>
+#include <cstdlib>
 #include <cstring>
+#include <sstream>
 
 #define EXPORTED extern "C" __attribute__((visibility("default")))
 
 namespace {
 
-FakeDriver fake;
+FakeDriver from_environment() {
+  FakeDriver told;
+  const auto text = [](const char* name) {
+    const char* value = std::getenv(name);
+    return std::string(value == nullptr ? "" : value);
+  };
+  std::istringstream rows(text("FAKE_DRIVER_WORDS"));
+  for (std::string row; std::getline(rows, row, ';');) {
+    std::istringstream words(row.substr(row.find(':') + 1));
+    auto& kept = told.words[static_cast<std::uint32_t>(std::stoul(row))];
+    for (std::string word; std::getline(words, word, ',');) {
+      kept.push_back(static_cast<WORD>(std::stoul(word)));
+    }
+  }
+  std::istringstream lost(text("FAKE_DRIVER_LOST"));
+  char comma = 0;
+  lost >> told.lost_at_read >> comma >> told.failed_starts;
+  std::istringstream(text("FAKE_DRIVER_NOT_READY")) >> told.not_ready;
+  return told;
+}
+
+FakeDriver fake = from_environment();
 bool broken = false;
 DWORD device_memory = 0;
 bool reads = false;
@@ -75,7 +98,7 @@ EXPORTED void KORVALE_DRV_InitEx(WORD, WORD* parameters) {
 }
 EXPORTED FRAME_DATA KORVALE_DRV_GetInitCmdEx2(int* length, int command, BYTE station, BYTE, DWORD** device) {
   *length = 0;
-  broken = false;
+  broken = broken && fake.failed_starts-- > 0;
   call("GetInitCmd " + std::to_string(command) + " " + std::to_string(station) +
        (*device == &device_memory ? "" : " wrong device"));
   return {};
@@ -103,6 +126,12 @@ EXPORTED FRAME_DATA KORVALE_DRV_OutputFilterEx(GUI_REQUEST* requests, int count)
   reads = function != kFunctionWordWrite && function != kFunctionBitWrite;
   if (!reads) {
     fake.writes.push_back(requests[0]);
+    const auto kept = fake.words.find(row_of(requests[0]));
+    if (function == kFunctionWordWrite && kept != fake.words.end()) {
+      const auto& write = requests[0].stCommand.stWORDWrite;
+      std::copy_n(write.wData, std::min<std::size_t>(write.wDataNo, kept->second.size()),
+                  kept->second.begin());
+    }
   }
   const bool failed = broken || fake.failed_loader > 0;
   fake.failed_loader = std::max(0, fake.failed_loader - 1);
@@ -124,6 +153,9 @@ EXPORTED void KORVALE_DRV_InputFilterEx(INPUT_DATA* input, FRAME_DATA*, DEVICE_I
   if (fake.not_ready > 0) {
     --fake.not_ready;
     return all(13);
+  }
+  if (reads && fake.lost_at_read > 0 && --fake.lost_at_read == 0) {
+    fake.lost = true;
   }
   if (fake.loading > 0 || fake.lost) {
     fake.loading = std::max(0, fake.loading - 1);

@@ -45,11 +45,11 @@ TEST(RowWriter, CsvHasAHeaderLineAndQuotesWhatNeedsIt) {
 
 TEST(RowWriter, TableIsAsWideAsItsCells) {
   EXPECT_EQ(written(Format::Text, kRows),
-            "TAG           LAST VALUE\n"
+            "TAG          LAST VALUE\n"
             "Plant.\"A,b\"  5\n"
-            "Name          say \"x\"\n"
-            "None          -\n"
-            "Row           [1,true,\"t\"]\n");
+            "Name         say \"x\"\n"
+            "None         -\n"
+            "Row          [1,true,\"t\"]\n");
 }
 
 TEST(RowWriter, WithoutRowsOnlyCsvSaysItsColumns) {
@@ -61,7 +61,7 @@ TEST(RowWriter, WithoutRowsOnlyCsvSaysItsColumns) {
 TEST(RowWriter, LineEndsAndControlCharactersDoNotBreakARow) {
   const std::vector<std::vector<json>> rows{{"a\nb", "\x1b[2J"}};
   EXPECT_EQ(written(Format::Text, rows),
-            "TAG        LAST VALUE\n"
+            "TAG       LAST VALUE\n"
             "a\\u000ab  \\u001b[2J\n");
   EXPECT_EQ(written(Format::Json, rows), "{\"tag\":\"a\\nb\",\"last_value\":\"\\u001b[2J\"}\n");
   EXPECT_EQ(written(Format::Csv, {{"a\nb", 1}}), "tag,last_value\n\"a\nb\",1\n");
