@@ -5,6 +5,7 @@
 #include <cstdio>
 #include <exception>
 
+#include "host/check/check_command.h"
 #include "host/commandline.h"
 #include "host/commands/command.h"
 #include "host/commands/describe_command.h"
@@ -31,6 +32,7 @@ int run_command(int argc, char** argv) {
   add_read_command(app, common, command);
   add_write_command(app, common, command);
   add_watch_command(app, common, command);
+  add_check_command(app, common, command);
   add_status_command(app, common, command);
   add_tag_names_command(app, common, command);
   if (const auto code = parse_command_line(app, "ostravel-host", argc, argv)) {
