@@ -2,17 +2,26 @@
 // Names of single array elements.
 #pragma once
 
+#include <array>
+#include <charconv>
 #include <string>
 #include <string_view>
 
 #include "driver/hostrecords.h"
 
+// "[" index "]" behind the path.
+inline void append_index(std::string& path, unsigned index) {
+  std::array<char, 10> digits;
+  const std::to_chars_result end = std::to_chars(digits.data(), digits.data() + digits.size(), index);
+  path += '[';
+  path.append(digits.data(), end.ptr);
+  path += ']';
+}
+
 // name "[" index "]"
 inline std::string with_index(std::string_view name, unsigned index) {
   std::string path(name);
-  path += '[';
-  path += std::to_string(index);
-  path += ']';
+  append_index(path, index);
   return path;
 }
 

@@ -16,10 +16,12 @@ constexpr USHORT kWriteResponse = 4;
 bool setup_command(BYTE* pDriverData, stCmdDesc* pDesc, UINT nCmdIndex, const CTagTable* pTagTable) {
   pDesc->nCmdIndex = nCmdIndex;
   pDesc->bPack = FALSE;
-  stTag tag{};
+  stTag tag;
   pDesc->ElementCounts = static_cast<USHORT>(FillTagStruct(pTagTable, &tag, pDriverData));
-  const bool substituted = substitute_index(tag.pTagName, tag.ArrayIndex, pDesc->tag_name);
-  if (!substituted) pDesc->tag_name = tag.pTagName;
+  const NameTraits& traits = pTagTable->name_traits(static_cast<DWORD>(tag.TagIndex));
+  const std::string_view name(tag.pTagName, traits.length);
+  const bool substituted = traits.has_placeholder && pDesc->tag_name.SubstituteIndex(name, tag.ArrayIndex);
+  if (!substituted) pDesc->tag_name.Borrow(name, traits.hash);
   pDesc->ServiceDataLength = 0;
   pDesc->DataType = tag.DataType;
   pDesc->BitIndex = tag.BitIndex;

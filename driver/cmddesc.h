@@ -7,10 +7,10 @@
 #pragma once
 
 #include <cstddef>
-#include <string>
-#include <string_view>
+#include <cstring>
 
 #include "driver/hostrecords.h"
+#include "driver/tagname.h"
 #include "driver/tagtable.h"
 
 struct GData;
@@ -25,7 +25,7 @@ struct stCmdDesc {
   USHORT ServiceDataLength = 0;
   BYTE ServiceData[2048] = {};
   USHORT ResponseLength = 0;  // expected length of the response, in bytes
-  std::string tag_name;       // after index substitution
+  TagName tag_name;           // after index substitution
   BYTE DataType = 0;          // DATA_TYPE
   signed char BitIndex = 0;   // -1 for the whole value
   USHORT ElementCounts = 0;
@@ -40,6 +40,15 @@ struct stCmdDesc {
   stCmdDesc* pPrev = nullptr;
   BOOL bPack = FALSE;  // packed into a step of this cycle
   GData* pGData = nullptr;
+
+  std::size_t DataBytes = 0;  // at the start of DataBuffer that may be other than zero
+  std::size_t Place = 0;      // of tag_name among the paths of its step
+
+  // Makes all of DataBuffer zero.
+  void ClearData() {
+    std::memset(DataBuffer, 0, DataBytes);
+    DataBytes = 0;
+  }
 };
 
 // Running totals of one packed step.

@@ -6,13 +6,14 @@
 #include <pthread.h>
 
 #include <map>
-#include <set>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "driver/cmddesc.h"
 #include "driver/hostrecords.h"
 #include "driver/tagtable.h"
+#include "symbolic/readbatch.h"
 #include "symbolic/symbolsloader.h"
 
 struct GData {
@@ -49,8 +50,18 @@ struct GData {
   bool bIsInitDevice = false;           // the lazy start is done
   pthread_t thread = {};
 
-  // Names that the offline filters built; the keys of GMap borrow them.
-  std::set<std::string> rebuilt_names;
+  // Scratch memory of the filters, kept so that a steady poll allocates nothing.
+  ReadBatch read_batch;
+  TagName write_name;
+  std::vector<unsigned char> write_bytes;
+
+  // What the offline filters made of a string element's name, by row and array index; the keys of GMap borrow
+  // the names.
+  struct RebuiltName {
+    std::string name;
+    INT row;
+  };
+  std::map<std::pair<INT, WORD>, RebuiltName> rebuilt_names;
 };
 
 // The GData that a state handle stands for.

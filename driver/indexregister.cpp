@@ -1,20 +1,28 @@
 // SPDX-License-Identifier: MIT
 #include "driver/indexregister.h"
 
+#include <stdexcept>
+
+#include "driver/arrayelement.h"
+
 namespace {
 
 constexpr std::string_view kPlaceholderEnd = "INDEX]";
 
 }  // namespace
 
+bool has_index_placeholder(std::string_view name) {
+  return name.find(kPlaceholderEnd) != std::string_view::npos;
+}
+
 bool substitute_index(std::string_view name, WORD array_index, std::string& result) {
   const std::size_t end = name.find(kPlaceholderEnd);
   if (end == std::string_view::npos) return false;
-  std::string text(name);
-  const std::size_t begin = text.rfind('[', end);
-  // Raises when there is no "[", deliberately: such a name means no variable.
-  const std::string placeholder = text.substr(begin, end + kPlaceholderEnd.size() - begin);
-  text.replace(begin, placeholder.size(), "[" + std::to_string(array_index) + "]");
-  result = std::move(text);
+  const std::size_t begin = name.rfind('[', end);
+  // Deliberately: such a name means no variable.
+  if (begin == std::string_view::npos) throw std::out_of_range("basic_string::substr: no [ before INDEX]");
+  result.assign(name, 0, begin);
+  append_index(result, array_index);
+  result.append(name, end + kPlaceholderEnd.size());
   return true;
 }

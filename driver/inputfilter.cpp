@@ -4,18 +4,15 @@
 #include <algorithm>
 #include <cstdio>
 #include <span>
-#include <string>
-#include <vector>
 
-#include "driver/arrayelement.h"
 #include "driver/driver.h"
+#include "driver/pathset.h"
 #include "driver/statuscodes.h"
 #include "driver/valueconversion.h"
 
 namespace {
 
 using Records = std::span<INPUT_DATA>;
-using ResultData = std::map<std::string, Values>;
 
 void answer_ask_again(Records records) {
   for (INPUT_DATA& record : records) {
@@ -32,14 +29,16 @@ void answer_no_data(Records records) {
 // A string array's element is read by a path of its own.
 void name_string_element(stCmdDesc& command) {
   if (command.DataType == DT_STRING && command.ArrayIndex != kNoArrayIndex &&
-      !IsMultiDimensionArray(command.tag_name)) {
-    command.tag_name = with_index(without_index(command.tag_name), command.ArrayIndex);
+      !IsMultiDimensionArray(command.tag_name.view())) {
+    command.tag_name.NameElement(command.ArrayIndex);
   }
 }
 
-// The distinct paths of the current step, in queue order. Nothing is unlinked yet.
-std::vector<std::string> collect_paths(GData& device) {
-  std::vector<std::string> paths;
+// Puts the distinct paths of the current step into the batch, in queue order. Nothing is unlinked yet.
+void collect_paths(GData& device) {
+  ReadBatch& batch = device.read_batch;
+  batch.Clear();
+  PathSet paths;
   stCmdDesc* command = device.pGCmdQueue;
   for (UINT i = 0; i < device.GPackSize[device.GCurrentStep] && command != nullptr; ++i) {
     if (command->use_index_register) {
@@ -47,37 +46,34 @@ std::vector<std::string> collect_paths(GData& device) {
     } else {
       name_string_element(*command);
     }
-    if (std::ranges::find(paths, command->tag_name) == paths.end()) paths.push_back(command->tag_name);
+    command->Place = paths.PlaceOf(command->tag_name, batch);
     command = command->pNext;
   }
-  return paths;
 }
 
-ResultData read_step(GData& device) {
-  const std::vector<std::string> paths = collect_paths(device);
+// The values are in the device's batch. One whose job failed holds none.
+void read_step(GData& device) {
+  collect_paths(device);
   int error_code = 0;
-  ResultData result_data = device.GsymbolsParser.ReadMapMultiDataFromPlcByPath(paths, error_code);
-  if (result_data.empty()) {
-    std::printf("read_error_code = %x,queue_size = %d\n", static_cast<unsigned>(error_code),
-                static_cast<int>(paths.size()));
-    std::printf("result_data.size()  = %x\n", static_cast<unsigned>(result_data.size()));
-    device.GsymbolsParser.bDisconnect = true;
-  } else {
+  if (device.GsymbolsParser.ReadPaths(device.read_batch, error_code)) {
     device.device_connect_state = true;
+    return;
   }
-  return result_data;
+  std::printf("read_error_code = %x,queue_size = %d\n", static_cast<unsigned>(error_code),
+              static_cast<int>(device.read_batch.size()));
+  std::printf("result_data.size()  = %x\n", 0U);
+  device.GsymbolsParser.bDisconnect = true;
 }
 
-void convert(stCmdDesc& command, const ResultData& result_data, std::uint32_t table_version) {
-  const auto found = result_data.find(command.tag_name);
-  std::ranges::fill(command.DataBuffer, BYTE{0});
-  command.Cmd_Status = found != result_data.end() && !found->second.datas.empty();
+void convert(stCmdDesc& command, std::span<const unsigned char> data, std::uint32_t table_version) {
+  command.ClearData();
+  command.Cmd_Status = !data.empty();
   if (!command.Cmd_Status) return;
   // Without an index of its own the value starts where the data starts; else it is picked out of the whole
   // array.
   const bool whole = command.ArrayIndex == kNoArrayIndex || command.DataType == DT_STRING ||
-                     IsMultiDimensionArray(command.tag_name);
-  fill_data_buffer(command, found->second.datas, whole ? WORD{0} : command.ArrayIndex, table_version);
+                     IsMultiDimensionArray(command.tag_name.view());
+  fill_data_buffer(command, data, whole ? WORD{0} : command.ArrayIndex, table_version);
 }
 
 void disconnect(GData& device, Records records) {
@@ -95,12 +91,12 @@ void disconnect(GData& device, Records records) {
 }
 
 // Converts the current step's commands and unlinks them. False when the connection is found lost.
-bool convert_step(GData& device, const ResultData& result_data) {
+bool convert_step(GData& device) {
   const UINT count = device.GPackSize[device.GCurrentStep];
   for (UINT i = 0; i < count && device.pGCmdQueue != nullptr; ++i) {
     if (device.GsymbolsParser.bDisconnect) return false;
     stCmdDesc& command = *device.pGCmdQueue;
-    convert(command, result_data, device.GTagTable.version_);
+    convert(command, device.read_batch.value(command.Place), device.GTagTable.version_);
     device.pGCmdQueue = command.pNext;
     --device.GCmdCounts;
   }
@@ -133,8 +129,8 @@ void fill_records(GData& device, Records records, const DEVICE_INFO* infos) {
 
 void answer_read(GData& device, Records records, const DEVICE_INFO* infos) {
   if (device.pGCmdQueue == nullptr) return answer_ask_again(records);
-  const ResultData result_data = read_step(device);
-  if (!convert_step(device, result_data)) return disconnect(device, records);
+  read_step(device);
+  if (!convert_step(device)) return disconnect(device, records);
   ++device.GCurrentStep;
   if (device.GCurrentStep < device.GTotalStep) return answer_ask_again(records);
   fill_records(device, records, infos);

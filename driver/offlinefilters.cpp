@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <cstdlib>
 #include <cstring>
+#include <iterator>
 #include <string>
 #include <string_view>
 
@@ -18,10 +19,8 @@ namespace {
 // The index that a string's name ends with; a name without one counts as 0.
 long index_in_name(std::string_view name) {
   const std::size_t open = name.rfind('[');
-  const std::size_t close = name.rfind(']');
-  if (open == std::string_view::npos || close == std::string_view::npos) return 0;
-  const std::string text(name.substr(open + 1, close - open - 1));
-  return std::strtol(text.c_str(), nullptr, 10);
+  if (open == std::string_view::npos || name.rfind(']') == std::string_view::npos) return 0;
+  return std::strtol(name.data() + open + 1, nullptr, 10);
 }
 
 // A string element whose name says another index than the request's is known by its own name and table row.
@@ -30,14 +29,19 @@ void rename_string_element(GData& device, stTag& tag) {
   if (tag.DataType != DT_STRING || IsMultiDimensionArray(name)) return;
   const long index = index_in_name(name);
   if (index == kNoArrayIndex || index == tag.ArrayIndex) return;
-  const auto rebuilt = device.rebuilt_names.insert(with_index(without_index(name), tag.ArrayIndex)).first;
-  tag.pTagName = rebuilt->c_str();
-  tag.TagIndex = device.GTagTable.get_index_by_name(tag.pTagName);
+  const auto [entry, is_new] = device.rebuilt_names.try_emplace({tag.TagIndex, tag.ArrayIndex});
+  GData::RebuiltName& rebuilt = entry->second;
+  if (is_new) {
+    rebuilt.name = with_index(without_index(name), tag.ArrayIndex);
+    rebuilt.row = device.GTagTable.get_index_by_name(rebuilt.name.c_str());
+  }
+  tag.pTagName = rebuilt.name.c_str();
+  tag.TagIndex = rebuilt.row;
 }
 
 // Reads the elements of one request into its command's buffer.
 void read_request(GData& device, GUI_REQUEST& request, stCmdDesc& command) {
-  stTag tag{};
+  stTag tag;
   const INT count = FillTagStruct(&device.GTagTable, &tag, request.byDriverData);
   command.DataType = tag.DataType;
   command.ElementCounts = static_cast<USHORT>(count);
@@ -47,13 +51,17 @@ void read_request(GData& device, GUI_REQUEST& request, stCmdDesc& command) {
 
   const std::size_t words = data_type_info(tag.DataType).offline_words;
   std::size_t position = 0;
+  auto expected = device.GMap.end();  // an element's entry lies behind that of the one before
   for (INT i = 0; i < count; ++i, position += words, ++tag.ArrayIndex) {
-    const std::uint64_t value = device.GMap.try_emplace(tag, 0).first->second;
+    const auto entry = device.GMap.try_emplace(expected, tag, 0);
+    expected = std::next(entry);
     if (words == 0 || position >= kDataBufferWords) continue;
     // A 32-bit element stores all 8 bytes and is overwritten from its middle by the next one, deliberately.
-    const std::size_t bytes = words == 1 ? sizeof(WORD) : sizeof value;
-    std::memcpy(command.DataBuffer + position * sizeof(WORD), &value,
-                std::min(bytes, kDataBufferSize - position * sizeof(WORD)));
+    const std::size_t bytes = words == 1 ? sizeof(WORD) : sizeof entry->second;
+    const std::size_t start = position * sizeof(WORD);
+    const std::size_t end = std::min(start + bytes, kDataBufferSize);
+    std::memcpy(command.DataBuffer + start, &entry->second, end - start);
+    command.DataBytes = std::max(command.DataBytes, end);
   }
 }
 
@@ -84,9 +92,10 @@ std::uint64_t element_value(const GUI_REQUEST& request, BYTE data_type, std::siz
 void write_words(GData& device, const GUI_REQUEST& request, stTag tag, INT count) {
   rename_string_element(device, tag);
   std::uint64_t value = 0;
+  auto expected = device.GMap.end();
   for (INT i = 0; i < count; ++i, ++tag.ArrayIndex) {
     value = element_value(request, tag.DataType, static_cast<std::size_t>(i), value);
-    device.GMap.insert_or_assign(tag, value);
+    expected = std::next(device.GMap.insert_or_assign(expected, tag, value));
   }
 }
 
@@ -109,7 +118,7 @@ FRAME_DATA KORVALE_DRV_OutputFilterExOffLine(GUI_REQUEST* pstCurQueueData, int n
   GData& device = *device_of(request.pdwMemAddr);
   const BYTE function = request.stCmdType.byFunCode;
   if (function == kFunctionWordWrite || function == kFunctionBitWrite) {
-    stTag tag{};
+    stTag tag;
     const INT count = FillTagStruct(&device.GTagTable, &tag, request.byDriverData);
     if (tag.BitIndex != -1) {
       write_bit(device, tag, request.stCommand.stBitWrite.byData);

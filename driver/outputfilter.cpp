@@ -1,18 +1,16 @@
 // SPDX-License-Identifier: MIT
 // From a batch of requests to queued read commands, or to a write that is done at once.
 #include <algorithm>
-#include <array>
+#include <vector>
 
-#include "driver/arrayelement.h"
 #include "driver/datatypes.h"
 #include "driver/driver.h"
-#include "driver/indexregister.h"
 #include "driver/statuscodes.h"
 
 namespace {
 
 constexpr INT kFailedResponseLength = 8;
-constexpr UINT kCommandsPerStep = 99;
+constexpr int kCommandsPerStep = 99;
 
 FRAME_DATA answer(GUI_REQUEST& request, BYTE wait_response, INT response_length) {
   request.byWaitResponse = wait_response;
@@ -65,30 +63,22 @@ void build_queue(GData& device, int count) {
   }
 }
 
-// Packs the queued commands into steps and links the queue step by step.
-void pack_queue(GData& device, int count) {
-  std::array<stCmdDesc*, kCommandPoolSize> packed{};
-  std::size_t placed = 0;
-  while (placed < static_cast<std::size_t>(count)) {
-    stCmdRestrictInfo step;
-    InitCmdRestrictInfo(&step);
-    for (stCmdDesc* command = device.pGCmdQueue; command != nullptr && step.CmdCounts < kCommandsPerStep;
-         command = command->pNext) {
-      if (command->bPack == FALSE && CanPackCmd(command, &step) != FALSE) packed[placed++] = command;
-    }
-    device.GPackSize[device.GTotalStep++] = step.CmdCounts;
+// Packs the queued commands, all of them into one step: a device has fewer than a step may hold.
+void pack_queue(GData& device) {
+  static_assert(kCommandPoolSize < kCommandsPerStep);
+  stCmdRestrictInfo step;
+  InitCmdRestrictInfo(&step);
+  for (stCmdDesc* command = device.pGCmdQueue; command != nullptr; command = command->pNext) {
+    CanPackCmd(command, &step);
   }
-  device.GCmdCounts = 0;
-  device.pGCmdQueue = nullptr;
-  SetCmdQueueHead(packed[0]);
-  for (std::size_t i = 1; i < placed; ++i) AddCmdQueueTail(packed[i]);
+  device.GPackSize[device.GTotalStep++] = step.CmdCounts;
 }
 
 FRAME_DATA read(GData& device, GUI_REQUEST* requests, int count, const stTag& tag) {
   if (device.pGCmdQueue == nullptr) {
     set_up_commands(device, requests, count);
     build_queue(device, count);
-    pack_queue(device, count);
+    pack_queue(device);
   }
   // The head's mark goes whatever tag it holds, and also while a cycle is under way, deliberately.
   if (tag.DataType == DT_STRING) device.pGCmdQueue->is_wstring = false;
@@ -97,52 +87,49 @@ FRAME_DATA read(GData& device, GUI_REQUEST* requests, int count, const stTag& ta
 
 // What a write is addressed to.
 struct WriteTarget {
-  std::string name;
+  TagName& name;
   WORD index;  // kNoArrayIndex when the name is the whole address
   bool multi;  // the name is an element of a multi-dimensional array
   // The index that goes along with a path that does not name the element.
   WORD source_index() const { return multi || index == kNoArrayIndex ? WORD{0} : index; }
 };
 
-WriteTarget write_target(const stTag& tag) {
-  WriteTarget target;
-  target.index = tag.ArrayIndex;
-  if (substitute_index(tag.pTagName, tag.ArrayIndex, target.name)) {
-    target.index = kNoArrayIndex;
+WriteTarget write_target(GData& device, const stTag& tag) {
+  TagName& name = device.write_name;
+  WORD index = tag.ArrayIndex;
+  const NameTraits& traits = device.GTagTable.name_traits(static_cast<DWORD>(tag.TagIndex));
+  const std::string_view row_name(tag.pTagName, traits.length);
+  if (traits.has_placeholder && name.SubstituteIndex(row_name, tag.ArrayIndex)) {
+    index = kNoArrayIndex;
   } else {
-    target.name = tag.pTagName;
+    name.Borrow(row_name, traits.hash);
   }
-  target.multi = IsMultiDimensionArray(target.name);
-  return target;
+  return {name, index, IsMultiDimensionArray(name.view())};
 }
 
-// The words' bytes in order; of a string those that are not zero.
-std::vector<unsigned char> value_bytes(const GUI_REQUEST& request, BYTE data_type) {
-  if (data_type == DT_BITARY) return {request.stCommand.stBitWrite.byData != 0 ? BYTE{1} : BYTE{0}};
+// Puts the value's bytes into data: the words' bytes in order; of a string those that are not zero.
+void take_value_bytes(const GUI_REQUEST& request, BYTE data_type, std::vector<unsigned char>& data) {
+  if (data_type == DT_BITARY) {
+    data.assign(1, request.stCommand.stBitWrite.byData != 0 ? BYTE{1} : BYTE{0});
+    return;
+  }
   const WORD_WRITE_COMMAND& command = request.stCommand.stWORDWrite;
-  const int words = std::min<int>(command.wDataNo, kRecordWords);
-  std::vector<unsigned char> bytes;
-  bytes.reserve(static_cast<std::size_t>(words) * sizeof(WORD));
-  for (int i = 0; i < words; ++i) {
-    for (const int byte : {command.wData[i] & 0xFF, command.wData[i] >> 8}) {
-      if (byte != 0 || data_type != DT_STRING) bytes.push_back(static_cast<unsigned char>(byte));
-    }
-  }
-  return bytes;
+  const auto* bytes = reinterpret_cast<const unsigned char*>(command.wData);
+  data.assign(bytes, bytes + std::min<std::size_t>(command.wDataNo, kRecordWords) * sizeof(WORD));
+  if (data_type == DT_STRING) std::erase(data, 0);
 }
 
-bool write_string(SymbolsLoader& loader, const WriteTarget& target, std::vector<unsigned char> data) {
+bool write_string(SymbolsLoader& loader, const WriteTarget& target) {
   constexpr std::size_t kEmptyString = 2;  // zero bytes
   constexpr unsigned char kStringUnit = 2;
-  if (data.empty()) data.resize(kEmptyString);
-  write_string_data = std::move(data);
+  if (write_string_data.empty()) write_string_data.resize(kEmptyString);
   if (target.index == kNoArrayIndex || target.multi) {
-    return loader.WriteDataFromPlcByPath(target.name, write_string_data, 0, kStringUnit);
+    return loader.WriteDataFromPlcByPath(target.name.view(), write_string_data, 0, kStringUnit);
   }
   // The index goes along a second time although the path names the element, deliberately; numbers do not do
   // so.
-  return loader.WriteDataFromPlcByPath(with_index(without_index(target.name), target.index),
-                                       write_string_data, target.index, kStringUnit);
+  target.name.NameElement(target.index);
+  return loader.WriteDataFromPlcByPath(target.name.view(), write_string_data, target.index, kStringUnit);
 }
 
 bool write_words(SymbolsLoader& loader, const WriteTarget& target, BYTE data_type,
@@ -151,24 +138,26 @@ bool write_words(SymbolsLoader& loader, const WriteTarget& target, BYTE data_typ
   const bool single_element =
       !target.multi && target.index != kNoArrayIndex && element_size != 0 && data.size() / element_size == 1;
   if (single_element) {
-    return loader.WriteDataFromPlcByPath(with_index(target.name, target.index), data, 0, element_size);
+    target.name.AppendIndex(target.index);
+    return loader.WriteDataFromPlcByPath(target.name.view(), data, 0, element_size);
   }
-  return loader.WriteDataFromPlcByPath(target.name, data, target.source_index(), element_size);
+  return loader.WriteDataFromPlcByPath(target.name.view(), data, target.source_index(), element_size);
 }
 
 FRAME_DATA write(GData& device, GUI_REQUEST& request, const stTag& tag) {
   SymbolsLoader& loader = device.GsymbolsParser;
-  const WriteTarget target = write_target(tag);
+  const WriteTarget target = write_target(device, tag);
   void* written = request.stCommand.stWORDWrite.wData;
+  std::vector<unsigned char>& data = tag.DataType == DT_STRING ? write_string_data : device.write_bytes;
   bool accepted = false;
   if (request.stCmdType.byFunCode == kFunctionBitWrite && tag.DataType == DT_BOOL) {
-    const BYTE bit = request.stCommand.stBitWrite.byData != 0 ? 1 : 0;
-    accepted = loader.WriteDataFromPlcByPath(target.name, {bit, 0}, 0, 1);
+    data = {request.stCommand.stBitWrite.byData != 0 ? BYTE{1} : BYTE{0}, 0};
+    accepted = loader.WriteDataFromPlcByPath(target.name.view(), data, 0, 1);
     written = &request.stCommand.stBitWrite.byData;
-  } else if (tag.DataType == DT_STRING) {
-    accepted = write_string(loader, target, value_bytes(request, tag.DataType));
   } else {
-    accepted = write_words(loader, target, tag.DataType, value_bytes(request, tag.DataType));
+    take_value_bytes(request, tag.DataType, data);
+    accepted = tag.DataType == DT_STRING ? write_string(loader, target)
+                                         : write_words(loader, target, tag.DataType, data);
   }
   device.write_device_state = accepted;
   if (accepted) device.device_connect_state = true;
@@ -192,7 +181,7 @@ FRAME_DATA KORVALE_DRV_OutputFilterEx(GUI_REQUEST* pstCurQueueData, int nCmdCoun
     return answer(request, 1, kFailedResponseLength);
   if (!device.bIsInitDevice) start_device(device);
 
-  stTag tag{};
+  stTag tag;
   FillTagStruct(&device.GTagTable, &tag, request.byDriverData);
   if (is_write(request)) return write(device, request, tag);
   return read(device, pstCurQueueData, std::min(nCmdCount, kCommandPoolSize), tag);

@@ -6,6 +6,7 @@
 #include <memory>
 
 #include "driver/cmddesc.h"
+#include "driver/tagname.h"
 #include "driver/unaligned.h"
 
 namespace {
@@ -13,7 +14,6 @@ namespace {
 constexpr DWORD kSkippedBytes = 7;                     // in front of the section; the runtime's
 constexpr std::size_t kRowNumbers = 1 + 4 + 4;         // device id, tag id, second word
 constexpr std::size_t kSmallestRow = 2 + kRowNumbers;  // a row without a name
-constexpr std::size_t kNameBlockUnits = 32768;
 
 CHAR kEmptyName[2] = {};  // long enough for a 16-bit NUL
 
@@ -41,31 +41,34 @@ void CTagTable::Read(const char* pFileName, DWORD pos) {
   const File file(std::fopen(pFileName, "rb"), std::fclose);
   if (file == nullptr) return;
   const DWORD start = pos + kSkippedBytes;
-  const std::size_t most_rows = bytes_from(file.get(), start) / kSmallestRow;
+  const std::size_t bytes = bytes_from(file.get(), start);
   std::fseek(file.get(), static_cast<long>(start), SEEK_SET);
 
-  SectionReader reader(file.get());
+  SectionReader reader(file.get(), bytes);
   version_ = reader.Number<std::uint32_t>();
   m_bUseUNICODE = FALSE;
   m_Counts = reader.Number<UINT>();
-  ReadRows(reader, most_rows);
+  ReadRows(reader, bytes / kSmallestRow);
   if ((version_ & kVersionDeviceDescriptor) != 0) ReadDescriptor(reader);
+  chunks_ = reader.TakeChunks();
 }
 
 void CTagTable::ReadRows(std::span<const BYTE> bytes, UINT count) {
   m_Counts = count;
   SectionReader reader(bytes);
   ReadRows(reader, bytes.size() / kSmallestRow);
+  chunks_ = reader.TakeChunks();
 }
 
 void CTagTable::ReadRows(SectionReader& reader, std::size_t most_rows) {
   rows_.clear();
-  name_blocks_.clear();
-  units_left_ = 0;
+  wide_names_.clear();
+  index_.Clear();
   rows_.reserve(std::min<std::size_t>(m_Counts, most_rows));
   stTagInfo row = empty_row();
   while (rows_.size() < m_Counts && ReadRow(reader, row)) rows_.push_back(row);
   m_pTagInfo = rows_.empty() ? nullptr : rows_.data();
+  traits_.assign(rows_.size(), {});
 }
 
 // False, with the file at its end, for a row that is not there whole.
@@ -74,32 +77,22 @@ bool CTagTable::ReadRow(SectionReader& reader, stTagInfo& row) {
   if (length_bytes.size() < sizeof(WORD)) return false;
   const std::size_t length = load_unaligned<WORD>(length_bytes.data());
   const std::size_t name_bytes = m_bUseUNICODE ? length * sizeof(char16_t) : length;
-  const std::span<const BYTE> bytes = reader.TakeUpTo(name_bytes + kRowNumbers);
+  const std::span<BYTE> bytes = reader.TakeUpTo(name_bytes + kRowNumbers);
   if (bytes.size() < name_bytes + kRowNumbers) return false;
 
-  // Also ends an 8-bit name: its NUL lies in the last unit or is all of it.
-  const std::size_t units = m_bUseUNICODE ? length + 1 : length / 2 + 1;
-  char16_t* name = NewName(units);
-  name[units - 1] = 0;
-  std::memcpy(name, bytes.data(), name_bytes);
-  row.pString = name;
-  const BYTE* numbers = bytes.data() + name_bytes;
+  BYTE* numbers = bytes.data() + name_bytes;
   row.DeviceID = numbers[0];
   row.Reserved = load_unaligned<DWORD>(numbers + 1);
   row.Reserved2 = load_unaligned<DWORD>(numbers + 5);
-  return true;
-}
-
-char16_t* CTagTable::NewName(std::size_t units) {
-  if (units_left_ < units) {
-    units_left_ = std::max(units, kNameBlockUnits);
-    name_blocks_.push_back(std::make_unique_for_overwrite<char16_t[]>(units_left_));
-    next_name_ = name_blocks_.back().get();
+  if (m_bUseUNICODE) {
+    // Not where they were read: there they lie at odd addresses.
+    row.pString = wide_names_.emplace_back(std::make_unique<char16_t[]>(length + 1)).get();
+    std::memcpy(row.pString, bytes.data(), name_bytes);
+  } else {
+    numbers[0] = 0;
+    row.pStringA = reinterpret_cast<char*>(bytes.data());
   }
-  char16_t* name = next_name_;
-  next_name_ += units;
-  units_left_ -= units;
-  return name;
+  return true;
 }
 
 void CTagTable::ReadDescriptor(SectionReader& reader) {
@@ -116,11 +109,26 @@ const CTagTable::stTagInfo* CTagTable::Get(DWORD index) const {
   return index < rows_.size() ? &rows_[index] : &kNoRow;
 }
 
+const NameTraits& CTagTable::name_traits(DWORD index) const {
+  static const NameTraits kNoName = {.hash = hash_of_name({}), .known = true};
+  if (index >= traits_.size()) return kNoName;
+  NameTraits& traits = traits_[index];
+  return traits.known ? traits : FindOutTraits(traits, rows_[index].pStringA);
+}
+
+const NameTraits& CTagTable::FindOutTraits(NameTraits& traits, const char* name) const {
+  const std::string_view text = name;
+  traits.hash = hash_of_name(text);
+  traits.length = static_cast<std::uint16_t>(text.size());  // a row has 16 bits for it
+  traits.has_placeholder = has_index_placeholder(text);
+  traits.known = true;
+  return traits;
+}
+
 INT CTagTable::get_index_by_name(const char* name) const {
-  const auto found = std::find_if(rows_.begin(), rows_.end(), [name](const stTagInfo& row) {
-    return std::strcmp(row.pStringA, name) == 0;
-  });
-  if (found != rows_.end()) return static_cast<INT>(found - rows_.begin());
+  const auto name_of = [this](std::size_t row) { return std::string_view(rows_[row].pStringA); };
+  if (index_.empty()) index_.Build(rows_.size(), name_of);
+  if (const auto row = index_.Find(name, name_of)) return static_cast<INT>(*row);
   // The rows that the file announces and does not hold have an empty name.
   if (*name == '\0' && rows_.size() < m_Counts) return static_cast<INT>(rows_.size());
   return -1;
@@ -131,6 +139,7 @@ bool stTag::operator<(const stTag& other) const {
   if (ArrayIndex != other.ArrayIndex) return ArrayIndex < other.ArrayIndex;
   if (DataType != other.DataType) return DataType < other.DataType;
   if (BitIndex != other.BitIndex) return BitIndex < other.BitIndex;
+  if (pTagName == other.pTagName) return false;
   return std::strcmp(name_of(*this), name_of(other)) < 0;
 }
 

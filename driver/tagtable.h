@@ -9,13 +9,14 @@
 #pragma once
 
 #include <cstdint>
-#include <cstdio>
 #include <memory>
 #include <span>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "driver/hostrecords.h"
+#include "driver/nameindex.h"
 #include "driver/sectionreader.h"
 
 // Bits of the table's version word.
@@ -25,6 +26,14 @@ inline constexpr std::uint32_t kVersionDeviceDescriptor = 2;   // a device descr
 struct device_descriptor {
   bool enable_password = false;  // the PLC access password is to be used
   std::string device_password;
+};
+
+// What the filters ask of a row's name at every poll.
+struct NameTraits {
+  std::uint32_t hash = 0;
+  std::uint16_t length = 0;
+  bool has_placeholder = false;  // an index is to be put into it
+  bool known = false;
 };
 
 class CTagTable {
@@ -54,6 +63,9 @@ class CTagTable {
   // Never null; valid until the next Read.
   const stTagInfo* Get(DWORD index) const;
 
+  // Of Get's row. Valid until the next call of Read.
+  const NameTraits& name_traits(DWORD index) const;
+
   // First row whose name equals this one byte for byte; -1 when none does.
   INT get_index_by_name(const char* name) const;
 
@@ -76,13 +88,15 @@ class CTagTable {
   void ReadRows(SectionReader& reader, std::size_t most_rows);
   bool ReadRow(SectionReader& reader, stTagInfo& row);
   void ReadDescriptor(SectionReader& reader);
-  char16_t* NewName(std::size_t units);
+  const NameTraits& FindOutTraits(NameTraits& traits, const char* name) const;
 
   std::vector<stTagInfo> rows_;
-  // Names lie one behind the other in blocks that never move; 16-bit units for the sake of alignment.
-  std::vector<std::unique_ptr<char16_t[]>> name_blocks_;
-  std::size_t units_left_ = 0;  // in the last block
-  char16_t* next_name_ = nullptr;
+  // 8-bit names lie where they were read, each ended by a NUL in place of the device id behind it.
+  SectionReader::Chunks chunks_;
+  std::vector<std::unique_ptr<char16_t[]>> wide_names_;
+  // Both found out when they are first asked for: most tables are larger than what a panel shows.
+  mutable std::vector<NameTraits> traits_;
+  mutable NameIndex index_;
 };
 
 // The key of one addressed tag element.

@@ -14,23 +14,40 @@ constexpr WORD kBitSet = 0xFFFF;           // not 1, deliberately
 constexpr std::size_t kSignedWords = 270;  // sign-extended whatever the command's length, deliberately
 constexpr unsigned kElementsPerBoolByte = 16;
 
-unsigned char byte_at(std::span<const unsigned char> data, std::size_t position) {
-  if (position >= data.size()) throw std::out_of_range("value shorter than the element asked for");
-  return data[position];
-}
-
-void put_word(stCmdDesc& command, std::size_t index, WORD word) {
-  store_unaligned(command.DataBuffer + index * sizeof(WORD), word);
+// The bytes of data from start on, at least one.
+std::span<const unsigned char> bytes_from(std::span<const unsigned char> data, std::size_t start) {
+  if (start >= data.size()) throw std::out_of_range("value shorter than the element asked for");
+  return data.subspan(start);
 }
 
 std::size_t words_that_fit(const stCmdDesc& command) {
   return std::min<std::size_t>(command.WordCount, kDataBufferWords);
 }
 
+// A byte a word.
+void spread(std::span<const unsigned char> bytes, BYTE* words) {
+  for (std::size_t i = 0; i < bytes.size(); ++i) store_unaligned(words + i * sizeof(WORD), WORD{bytes[i]});
+}
+
+void fill_bool(stCmdDesc& command, std::span<const unsigned char> data, WORD offset) {
+  const std::size_t count = words_that_fit(command);
+  if (count == 0) return;
+  const WORD word = bytes_from(data, offset / kElementsPerBoolByte)[0];
+  for (std::size_t i = 0; i < count; ++i) store_unaligned(command.DataBuffer + i * sizeof(WORD), word);
+}
+
+void fill_bytes(stCmdDesc& command, std::span<const unsigned char> data, WORD offset) {
+  const std::size_t count = words_that_fit(command);
+  if (count == 0) return;
+  const auto bytes = bytes_from(data, offset);
+  spread(bytes.first(std::min(count, bytes.size())), command.DataBuffer);
+  bytes_from(bytes, count - 1);  // each byte must be there
+}
+
 void fill_direct(stCmdDesc& command, std::span<const unsigned char> data, std::size_t start) {
-  byte_at(data, start);
-  const std::size_t length = std::min(words_that_fit(command) * sizeof(WORD), data.size() - start);
-  std::memcpy(command.DataBuffer, data.data() + start, length);
+  const auto bytes = bytes_from(data, start);
+  std::memcpy(command.DataBuffer, bytes.data(),
+              std::min(words_that_fit(command) * sizeof(WORD), bytes.size()));
 }
 
 void fill_string(stCmdDesc& command, std::span<const unsigned char> data, std::uint32_t table_version) {
@@ -39,17 +56,22 @@ void fill_string(stCmdDesc& command, std::span<const unsigned char> data, std::u
   if (wide) command.is_wstring = true;
   if (!command.is_wstring && (table_version & kVersionCharPairedStrings) == 0) {
     const std::size_t count = std::min(data.size(), kDataBufferWords);
-    for (std::size_t i = 0; i < count; ++i) put_word(command, i, data[i]);
+    command.DataBytes = count * sizeof(WORD);
+    spread(data.first(count), command.DataBuffer);
   } else {
-    std::memcpy(command.DataBuffer, data.data(), std::min(data.size(), kDataBufferSize));
+    command.DataBytes = std::min(data.size(), kDataBufferSize);
+    std::memcpy(command.DataBuffer, data.data(), command.DataBytes);
   }
 }
 
 void sign_extend(stCmdDesc& command) {
-  for (std::size_t i = 0; i < kSignedWords; ++i) {
-    const BYTE low = command.DataBuffer[i * sizeof(WORD)];
-    command.DataBuffer[i * sizeof(WORD) + 1] = low >= 0x80 ? 0xFF : 0x00;
+  // What follows is zero, and stays so.
+  const std::size_t count = std::min(kSignedWords, (command.DataBytes + 1) / sizeof(WORD));
+  for (std::size_t i = 0; i < count; ++i) {
+    BYTE* word = command.DataBuffer + i * sizeof(WORD);
+    store_unaligned(word, static_cast<std::int16_t>(static_cast<std::int8_t>(*word)));
   }
+  command.DataBytes = std::max(command.DataBytes, count * sizeof(WORD));
 }
 
 }  // namespace
@@ -57,18 +79,14 @@ void sign_extend(stCmdDesc& command) {
 void fill_data_buffer(stCmdDesc& command, std::span<const unsigned char> data, WORD offset,
                       std::uint32_t table_version) {
   const DataTypeInfo& type = data_type_info(command.DataType);
+  command.DataBytes = words_that_fit(command) * sizeof(WORD);
   switch (type.form) {
     case WordForm::None:
       return;  // the words stay zero and count as delivered, deliberately
     case WordForm::Bool:
-      for (std::size_t i = 0; i < words_that_fit(command); ++i) {
-        put_word(command, i, byte_at(data, offset / kElementsPerBoolByte));
-      }
-      return;
+      return fill_bool(command, data, offset);
     case WordForm::Byte:
-      for (std::size_t i = 0; i < words_that_fit(command); ++i)
-        put_word(command, i, byte_at(data, offset + i));
-      return;
+      return fill_bytes(command, data, offset);
     case WordForm::Direct:
       return fill_direct(command, data, std::size_t{offset} * type.element_bytes);
     case WordForm::String:

@@ -1,12 +1,14 @@
 // SPDX-License-Identifier: MIT
-// The memory of one access job, and how the library takes its length and elements.
+// The memory of access jobs, and how the library takes its length and elements.
 #pragma once
 
 #include <cstddef>
 #include <cstdint>
 #include <cstdlib>
+#include <cstring>
 #include <memory>
 #include <new>
+#include <span>
 
 #include "aglink/AGLink40.h"
 
@@ -39,3 +41,45 @@ inline ZeroedMemory attach_buffer(SymbolicRW_t& rw, agl_int32_t size) {
   rw.BufferLen = size;
   return buffer;
 }
+
+// The buffers of all accesses of a job, one behind the other in memory that is kept for the next job.
+class AccessMemory {
+ public:
+  // Gives each access a zeroed buffer of as many bytes as its BufferLen says, none for a negative one. The
+  // buffers live until the next Attach or Clear. Raises std::bad_alloc as zeroed_memory does.
+  void Attach(std::span<SymbolicRW_t> accesses) {
+    std::size_t total = 0;
+    for (const SymbolicRW_t& rw : accesses) total += room_of(rw);
+    if (total > size_) {
+      size_ = 0;
+      memory_ = zeroed_memory(static_cast<std::int64_t>(total));
+      size_ = total;
+    } else if (total > 0) {
+      std::memset(memory_.get(), 0, total);
+    }
+    auto* next = static_cast<unsigned char*>(memory_.get());
+    for (SymbolicRW_t& rw : accesses) {
+      rw.Buffer = rw.BufferLen >= 0 ? next : nullptr;
+      next += room_of(rw);
+    }
+  }
+
+  // Gives back what is more than a usual job needs.
+  void Clear() {
+    constexpr std::size_t kKept = std::size_t{1} << 20;
+    if (size_ <= kKept) return;
+    memory_.reset();
+    size_ = 0;
+  }
+
+ private:
+  // Each buffer begins where one of its own would: at a multiple of 16. One without bytes has an address too.
+  static std::size_t room_of(const SymbolicRW_t& rw) {
+    if (rw.BufferLen < 0) return 0;
+    constexpr std::size_t kAlignment = alignof(std::max_align_t);
+    return (static_cast<std::size_t>(rw.BufferLen) / kAlignment + 1) * kAlignment;
+  }
+
+  ZeroedMemory memory_;
+  std::size_t size_ = 0;
+};

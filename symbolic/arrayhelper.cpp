@@ -37,11 +37,25 @@ std::string RemoveLastArraySymbol(std::string strTag) {
 
 bool get_array_description(HandleType root_schema_node, const std::string& tag_path,
                            std::vector<unsigned>& lower_lim, std::vector<unsigned>& upper_lim) {
-  const std::string remove_array_Symbol = RemoveLastArraySymbol(tag_path);
+  ArrayBounds bounds;
+  const bool described = get_array_description(root_schema_node, std::string_view(tag_path), bounds);
+  lower_lim.insert(lower_lim.end(), bounds.lower.begin(), bounds.lower.end());
+  upper_lim.insert(upper_lim.end(), bounds.upper.begin(), bounds.upper.end());
+  return described;
+}
+
+bool get_array_description(HandleType root_schema_node, std::string_view tag_path, ArrayBounds& bounds) {
+  bounds.lower.clear();
+  bounds.upper.clear();
+  const char* array_path = tag_path.data();
+  if (tag_path.empty() || tag_path.back() == ']') {
+    bounds.array_path = RemoveLastArraySymbol(std::string(tag_path));
+    array_path = bounds.array_path.c_str();
+  }
   HandleType arrayNodeHandle = 0;
   agl_int32_t error_pos = 0;
   // Not tested: without a node the next call fails. The node's handle is not freed, deliberately.
-  AGL_Symbolic_GetNodeByPath(root_schema_node, remove_array_Symbol.c_str(), &arrayNodeHandle, &error_pos);
+  AGL_Symbolic_GetNodeByPath(root_schema_node, array_path, &arrayNodeHandle, &error_pos);
   agl_int32_t dimension_count = 0;
   if (AGL_Symbolic_GetArrayDimensionCount(arrayNodeHandle, &dimension_count) != AGL40_SUCCESS) return false;
   for (agl_int32_t i = 0; i < dimension_count; ++i) {
@@ -52,8 +66,8 @@ bool get_array_description(HandleType root_schema_node, const std::string& tag_p
       ErrorHelper::ShowError(res, "AGL_Symbolic_GetArrayDimension");
       return false;
     }
-    lower_lim.push_back(static_cast<unsigned>(lower));
-    upper_lim.push_back(static_cast<unsigned>(upper));
+    bounds.lower.push_back(static_cast<unsigned>(lower));
+    bounds.upper.push_back(static_cast<unsigned>(upper));
   }
   return true;
 }
@@ -73,13 +87,16 @@ unsigned get_non_zero_base_array_fill_size(const std::vector<unsigned>& lower,
   return total + lower.back();
 }
 
+std::size_t array_fill_bytes(unsigned element_size, const std::vector<unsigned>& lower,
+                             const std::vector<unsigned>& upper) {
+  const std::uint32_t fill = element_size * get_non_zero_base_array_fill_size(lower, upper);
+  return std::min<std::size_t>(fill, kAddressableBytes);
+}
+
 std::vector<unsigned char> resize_data_include_an_array_index_to_zero_start(
     unsigned element_size, const std::vector<unsigned char>& source_data, const std::vector<unsigned>& lower,
     const std::vector<unsigned>& upper) {
-  const std::uint32_t fill = element_size * get_non_zero_base_array_fill_size(lower, upper);
-  std::vector<unsigned char> resize_data;
-  resize_data.reserve(std::min<std::size_t>(fill, kAddressableBytes) + source_data.size());
-  resize_data.resize(std::min<std::size_t>(fill, kAddressableBytes));
+  std::vector<unsigned char> resize_data(array_fill_bytes(element_size, lower, upper));
   resize_data.insert(resize_data.end(), source_data.begin(), source_data.end());
   return resize_data;
 }

@@ -4,6 +4,7 @@
 // 0xFFFFFFFF.
 #pragma once
 
+#include <cstddef>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -25,14 +26,30 @@ std::string RemoveLastArraySymbol(std::string strTag);
 bool get_array_description(HandleType root_schema_node, const std::string& tag_path,
                            std::vector<unsigned>& lower_lim, std::vector<unsigned>& upper_lim);
 
+// The same into bounds, whose earlier content goes. tag_path is NUL-terminated. What is allocated is kept.
+struct ArrayBounds {
+  std::vector<unsigned> lower;
+  std::vector<unsigned> upper;
+  std::string array_path;  // scratch
+
+  // A one-dimensional array that does not start at 0. Those of several dimensions are never re-based,
+  // deliberately.
+  bool needs_rebasing() const { return lower.size() == 1 && lower[0] != 0; }
+};
+bool get_array_description(HandleType root_schema_node, std::string_view tag_path, ArrayBounds& bounds);
+
 bool array_index_non_zero_start(const std::vector<unsigned>& lower);
 
 // Elements in front of the first one when the array is seen from index 0. Only the last two dimensions count.
 unsigned get_non_zero_base_array_fill_size(const std::vector<unsigned>& lower,
                                            const std::vector<unsigned>& upper);
 
-// source_data behind as many zero bytes as the elements in front of it take, element_size bytes each. A fill
-// that is longer than the runtime can ever address is cut there.
+// Bytes that those elements take, element_size bytes each (a 32-bit product). A fill that is longer than the
+// runtime can ever address is cut there.
+std::size_t array_fill_bytes(unsigned element_size, const std::vector<unsigned>& lower,
+                             const std::vector<unsigned>& upper);
+
+// source_data behind array_fill_bytes zero bytes.
 std::vector<unsigned char> resize_data_include_an_array_index_to_zero_start(
     unsigned element_size, const std::vector<unsigned char>& source_data, const std::vector<unsigned>& lower,
     const std::vector<unsigned>& upper);

@@ -17,12 +17,14 @@
 #include <vector>
 
 #include "aglink/AGLink40.h"
+#include "symbolic/valuebytes.h"
 
 class BufferReader {
  public:
   // Appends all elements of an access; nothing when its job failed (Result or SError not 0). A value that
   // cannot be fetched contributes no byte. A value or system type that has no layout aborts the process.
   static void GetBufferValues(const SymbolicRW_t& rw, std::vector<unsigned char>& data);
+  static void GetBufferValues(const SymbolicRW_t& rw, ValueBytes& data);
   static void GetBufferValue(const SymbolicRW_t& rw, const size_t& elementIndex,
                              std::vector<unsigned char>& data);
   static void GetSystemSpecificBufferValue(const SymbolicRW_t& rw, const size_t& elementIndex,

@@ -90,67 +90,7 @@ void write_dtl(SymbolicRW_t& rw, size_t elementIndex, const Data& data, size_t w
   if (res != AGL40_SUCCESS) ErrorHelper::ShowError(res, "AGL_Symbolic_SetAccessBufferS7_DTLParts");
 }
 
-}  // namespace
-
-void BufferWriter::WriteBufferValues(SymbolicRW_t& rws, const Data& data, unsigned short source_index,
-                                     unsigned char trunk_size_for_byte) {
-  agl_int32_t elementCount = 0;
-  AGL_Symbolic_GetAccessBufferElementCount(rws.AccessHandle, &elementCount);
-  if (rws.Result != AGL40_SUCCESS || rws.SError != 0) return;
-  const ValueType_t::enum_t valueType = value_type_of(rws);
-  if (valueType == ValueType_t::vt_STRING8 || valueType == ValueType_t::vt_STRING16) {
-    WriteBufferValue(rws, 0, data, data.size());
-    return;
-  }
-  const size_t units = trunk_size_for_byte == 0 ? 0 : data.size() / trunk_size_for_byte;
-  const auto end = static_cast<std::int32_t>(source_index + units);
-  size_t writeIndex = 0;
-  for (std::int32_t element = source_index; element < end; ++element, writeIndex += trunk_size_for_byte) {
-    // Against the first index only, deliberately: what lies beyond the count is the library's to reject.
-    if (elementCount >= source_index) WriteBufferValue(rws, static_cast<size_t>(element), data, writeIndex);
-  }
-}
-
-void BufferWriter::WriteBufferValue(SymbolicRW_t& rw, const size_t& elementIndex, const Data& data,
-                                    size_t writeIndex) {
-  switch (value_type_of(rw)) {
-    case ValueType_t::vt_SYSTEM_SPECIFIC:
-      return WriteSystemSpecific(rw, elementIndex, data, writeIndex);
-    case ValueType_t::vt_UINT8:
-      return WriteUint8(rw, elementIndex, data, writeIndex);
-    case ValueType_t::vt_UINT16:
-      return WriteUint16(rw, elementIndex, data, writeIndex);
-    case ValueType_t::vt_UINT32:
-      return WriteUint32(rw, elementIndex, data, writeIndex);
-    case ValueType_t::vt_UINT64:
-      return WriteUint64(rw, elementIndex, data, writeIndex);
-    case ValueType_t::vt_INT8:
-      return WriteInt8(rw, elementIndex, data, writeIndex);
-    case ValueType_t::vt_INT16:
-      return WriteInt16(rw, elementIndex, data, writeIndex);
-    case ValueType_t::vt_INT32:
-      return WriteInt32(rw, elementIndex, data, writeIndex);
-    case ValueType_t::vt_INT64:
-      return WriteInt64(rw, elementIndex, data, writeIndex);
-    case ValueType_t::vt_CHAR8:
-      return WriteChar8(rw, elementIndex, data, writeIndex);
-    case ValueType_t::vt_CHAR16:
-      return WriteChar16(rw, elementIndex, data, writeIndex);
-    case ValueType_t::vt_STRING8:
-      return WriteString8(rw, elementIndex, data, writeIndex);
-    case ValueType_t::vt_STRING16:
-      return WriteString16(rw, elementIndex, data, writeIndex);
-    case ValueType_t::vt_FLOAT32:
-      return WriteFloat32(rw, elementIndex, data, writeIndex);
-    case ValueType_t::vt_FLOAT64:
-      return WriteFloat64(rw, elementIndex, data, writeIndex);
-    default:
-      fail_assertion("false", kUnknownValueType);
-  }
-}
-
-void BufferWriter::WriteUint8(SymbolicRW_t& rw, const size_t& elementIndex, const Data& data,
-                              size_t writeIndex) {
+void write_uint8(SymbolicRW_t& rw, size_t elementIndex, const Data& data, size_t writeIndex) {
   // A Bool is judged by the first byte of the data wherever its element lies, deliberately.
   const bool is_bool = system_type_of(rw) == SystemType_t::st_S7_Bool;
   const agl_uint8_t value = is_bool ? data.at(0) != 0 : value_at<agl_uint8_t>(data, writeIndex);
@@ -158,8 +98,7 @@ void BufferWriter::WriteUint8(SymbolicRW_t& rw, const size_t& elementIndex, cons
               value);
 }
 
-void BufferWriter::WriteUint16(SymbolicRW_t& rw, const size_t& elementIndex, const Data& data,
-                               size_t writeIndex) {
+void write_uint16(SymbolicRW_t& rw, size_t elementIndex, const Data& data, size_t writeIndex) {
   const auto value = value_at<agl_uint16_t>(data, writeIndex);
   // The first two bytes also go into the access buffer as they are, deliberately; the library's call may
   // overwrite them.
@@ -172,35 +111,34 @@ void BufferWriter::WriteUint16(SymbolicRW_t& rw, const size_t& elementIndex, con
 }
 
 // A writer that is nothing but a library function, its value's type and the name in the error report. The
-// name of WriteUint32 is spelt so deliberately, and failures of the 16-bit integer and the reals go
+// name of write_uint32 is spelt so deliberately, and failures of the 16-bit integer and the reals go
 // unreported deliberately.
-#define OSTRAVEL_VALUE_WRITER(Writer, Function, Type, Name)                                 \
-  void BufferWriter::Writer(SymbolicRW_t& rw, const size_t& elementIndex, const Data& data, \
-                            size_t writeIndex) {                                            \
+#define OSTRAVEL_VALUE_WRITER(writer, Function, Type, Name)                                 \
+  void writer(SymbolicRW_t& rw, size_t elementIndex, const Data& data, size_t writeIndex) { \
     write_value(Function, Name, rw, elementIndex, value_at<Type>(data, writeIndex));        \
   }
 
-OSTRAVEL_VALUE_WRITER(WriteUint32, AGL_Symbolic_SetAccessBufferUInt32, agl_uint32_t,
+OSTRAVEL_VALUE_WRITER(write_uint32, AGL_Symbolic_SetAccessBufferUInt32, agl_uint32_t,
                       "AGL_Symbolic_SetAccessBufferUint32")
-OSTRAVEL_VALUE_WRITER(WriteUint64, AGL_Symbolic_SetAccessBufferUInt64, agl_uint64_t,
+OSTRAVEL_VALUE_WRITER(write_uint64, AGL_Symbolic_SetAccessBufferUInt64, agl_uint64_t,
                       "AGL_Symbolic_SetAccessBufferUInt64")
-OSTRAVEL_VALUE_WRITER(WriteInt8, AGL_Symbolic_SetAccessBufferInt8, agl_int8_t,
+OSTRAVEL_VALUE_WRITER(write_int8, AGL_Symbolic_SetAccessBufferInt8, agl_int8_t,
                       "AGL_Symbolic_SetAccessBufferInt8")
-OSTRAVEL_VALUE_WRITER(WriteInt16, AGL_Symbolic_SetAccessBufferInt16, agl_int16_t, kUnreported)
-OSTRAVEL_VALUE_WRITER(WriteInt32, AGL_Symbolic_SetAccessBufferInt32, agl_int32_t,
+OSTRAVEL_VALUE_WRITER(write_int16, AGL_Symbolic_SetAccessBufferInt16, agl_int16_t, kUnreported)
+OSTRAVEL_VALUE_WRITER(write_int32, AGL_Symbolic_SetAccessBufferInt32, agl_int32_t,
                       "AGL_Symbolic_SetAccessBufferInt32")
-OSTRAVEL_VALUE_WRITER(WriteInt64, AGL_Symbolic_SetAccessBufferInt64, agl_int64_t,
+OSTRAVEL_VALUE_WRITER(write_int64, AGL_Symbolic_SetAccessBufferInt64, agl_int64_t,
                       "AGL_Symbolic_SetAccessBufferInt64")
-OSTRAVEL_VALUE_WRITER(WriteFloat32, AGL_Symbolic_SetAccessBufferFloat32, agl_float32_t, kUnreported)
-OSTRAVEL_VALUE_WRITER(WriteFloat64, AGL_Symbolic_SetAccessBufferFloat64, agl_float64_t, kUnreported)
-OSTRAVEL_VALUE_WRITER(WriteChar8, AGL_Symbolic_SetAccessBufferChar8, agl_char8_t,
+OSTRAVEL_VALUE_WRITER(write_float32, AGL_Symbolic_SetAccessBufferFloat32, agl_float32_t, kUnreported)
+OSTRAVEL_VALUE_WRITER(write_float64, AGL_Symbolic_SetAccessBufferFloat64, agl_float64_t, kUnreported)
+OSTRAVEL_VALUE_WRITER(write_char8, AGL_Symbolic_SetAccessBufferChar8, agl_char8_t,
                       "AGL_Symbolic_SetAccessBufferChar8")
 #undef OSTRAVEL_VALUE_WRITER
 
 // A 16-bit character is not written, deliberately.
-void BufferWriter::WriteChar16(SymbolicRW_t&, const size_t&, const Data&, size_t) {}
+void write_char16(SymbolicRW_t&, size_t, const Data&, size_t) {}
 
-void BufferWriter::WriteString8(SymbolicRW_t& rw, const size_t& elementIndex, const Data& data, size_t) {
+void write_string8(SymbolicRW_t& rw, size_t elementIndex, const Data& data, size_t) {
   if (string_size_of(rw) <= 0) return;
   (void)data.at(0);
   // As long as the data, zeros and all, and not limited to the declared size, deliberately.
@@ -213,7 +151,7 @@ void BufferWriter::WriteString8(SymbolicRW_t& rw, const size_t& elementIndex, co
   if (res != AGL40_SUCCESS) ErrorHelper::ShowError(res, "AGL_Symbolic_SetAccessBufferString8");
 }
 
-void BufferWriter::WriteString16(SymbolicRW_t& rw, const size_t& elementIndex, const Data& data, size_t) {
+void write_string16(SymbolicRW_t& rw, size_t elementIndex, const Data& data, size_t) {
   if (string_size_of(rw) <= 0) return;
   (void)data.at(0);
   // The count handed over is one of bytes, deliberately: twice the characters. The text is as long as it
@@ -227,8 +165,7 @@ void BufferWriter::WriteString16(SymbolicRW_t& rw, const size_t& elementIndex, c
   if (res != AGL40_SUCCESS) ErrorHelper::ShowError(res, "AGL_Symbolic_SetAccessBufferString8");
 }
 
-void BufferWriter::WriteSystemSpecific(SymbolicRW_t& rw, const size_t& elementIndex, const Data& data,
-                                       size_t writeIndex) {
+void write_system_specific(SymbolicRW_t& rw, size_t elementIndex, const Data& data, size_t writeIndex) {
   switch (system_type_of(rw)) {
     case SystemType_t::st_S7_Counter:
       return write_value(AGL_Symbolic_SetAccessBufferS7_Counter, "AGL_Symbolic_SetAccessBufferS7_Counter", rw,
@@ -243,3 +180,118 @@ void BufferWriter::WriteSystemSpecific(SymbolicRW_t& rw, const size_t& elementIn
       return;  // silently, deliberately: the reader aborts here
   }
 }
+
+using Writer = void (*)(SymbolicRW_t& rw, size_t elementIndex, const Data& data, size_t writeIndex);
+
+// Elements element to end - 1 and where the first one's value lies in data; chunk bytes further lies the
+// next.
+struct Elements {
+  size_t element;
+  size_t end;
+  size_t writeIndex;
+  size_t chunk;
+};
+
+// Writes elements from the first on for as long as the library says that they are of the same type, which it
+// is asked before each; type is that of the first. Leaves the elements that are not written, with type the
+// first one's.
+template <Writer write>
+void write_run(SymbolicRW_t& rw, Elements& elements, const Data& data, ValueType_t::enum_t& type) {
+  const ValueType_t::enum_t run_type = type;
+  do {
+    write(rw, elements.element, data, elements.writeIndex);
+    elements.writeIndex += elements.chunk;
+    if (++elements.element == elements.end) return;
+    type = value_type_of(rw);
+  } while (type == run_type);
+}
+
+void write_run(SymbolicRW_t& rw, Elements& elements, const Data& data, ValueType_t::enum_t& type) {
+  switch (type) {
+    case ValueType_t::vt_SYSTEM_SPECIFIC:
+      return write_run<write_system_specific>(rw, elements, data, type);
+    case ValueType_t::vt_UINT8:
+      return write_run<write_uint8>(rw, elements, data, type);
+    case ValueType_t::vt_UINT16:
+      return write_run<write_uint16>(rw, elements, data, type);
+    case ValueType_t::vt_UINT32:
+      return write_run<write_uint32>(rw, elements, data, type);
+    case ValueType_t::vt_UINT64:
+      return write_run<write_uint64>(rw, elements, data, type);
+    case ValueType_t::vt_INT8:
+      return write_run<write_int8>(rw, elements, data, type);
+    case ValueType_t::vt_INT16:
+      return write_run<write_int16>(rw, elements, data, type);
+    case ValueType_t::vt_INT32:
+      return write_run<write_int32>(rw, elements, data, type);
+    case ValueType_t::vt_INT64:
+      return write_run<write_int64>(rw, elements, data, type);
+    case ValueType_t::vt_CHAR8:
+      return write_run<write_char8>(rw, elements, data, type);
+    case ValueType_t::vt_CHAR16:
+      return write_run<write_char16>(rw, elements, data, type);
+    case ValueType_t::vt_STRING8:
+      return write_run<write_string8>(rw, elements, data, type);
+    case ValueType_t::vt_STRING16:
+      return write_run<write_string16>(rw, elements, data, type);
+    case ValueType_t::vt_FLOAT32:
+      return write_run<write_float32>(rw, elements, data, type);
+    case ValueType_t::vt_FLOAT64:
+      return write_run<write_float64>(rw, elements, data, type);
+    default:
+      fail_assertion("false", kUnknownValueType);
+  }
+}
+
+void write_elements(SymbolicRW_t& rw, Elements elements, const Data& data) {
+  if (elements.element >= elements.end) return;
+  ValueType_t::enum_t type = value_type_of(rw);
+  while (elements.element < elements.end) write_run(rw, elements, data, type);
+}
+
+}  // namespace
+
+void BufferWriter::WriteBufferValues(SymbolicRW_t& rws, const Data& data, unsigned short source_index,
+                                     unsigned char trunk_size_for_byte) {
+  agl_int32_t elementCount = 0;
+  AGL_Symbolic_GetAccessBufferElementCount(rws.AccessHandle, &elementCount);
+  if (rws.Result != AGL40_SUCCESS || rws.SError != 0) return;
+  const ValueType_t::enum_t valueType = value_type_of(rws);
+  if (valueType == ValueType_t::vt_STRING8 || valueType == ValueType_t::vt_STRING16) {
+    WriteBufferValue(rws, 0, data, data.size());
+    return;
+  }
+  // Against the first index only, deliberately: what lies beyond the count is the library's to reject.
+  if (trunk_size_for_byte == 0 || elementCount < source_index) return;
+  const size_t units = data.size() / trunk_size_for_byte;
+  write_elements(rws, {source_index, source_index + units, 0, trunk_size_for_byte}, data);
+}
+
+void BufferWriter::WriteBufferValue(SymbolicRW_t& rw, const size_t& elementIndex, const Data& data,
+                                    size_t writeIndex) {
+  write_elements(rw, {elementIndex, elementIndex + 1, writeIndex, 0}, data);
+}
+
+// What the functions above do, each under a name of its own.
+#define OSTRAVEL_MEMBER(Writer, writer)                                                     \
+  void BufferWriter::Writer(SymbolicRW_t& rw, const size_t& elementIndex, const Data& data, \
+                            size_t writeIndex) {                                            \
+    writer(rw, elementIndex, data, writeIndex);                                             \
+  }
+
+OSTRAVEL_MEMBER(WriteUint8, write_uint8)
+OSTRAVEL_MEMBER(WriteUint16, write_uint16)
+OSTRAVEL_MEMBER(WriteUint32, write_uint32)
+OSTRAVEL_MEMBER(WriteUint64, write_uint64)
+OSTRAVEL_MEMBER(WriteInt8, write_int8)
+OSTRAVEL_MEMBER(WriteInt16, write_int16)
+OSTRAVEL_MEMBER(WriteInt32, write_int32)
+OSTRAVEL_MEMBER(WriteInt64, write_int64)
+OSTRAVEL_MEMBER(WriteFloat32, write_float32)
+OSTRAVEL_MEMBER(WriteFloat64, write_float64)
+OSTRAVEL_MEMBER(WriteChar8, write_char8)
+OSTRAVEL_MEMBER(WriteChar16, write_char16)
+OSTRAVEL_MEMBER(WriteString8, write_string8)
+OSTRAVEL_MEMBER(WriteString16, write_string16)
+OSTRAVEL_MEMBER(WriteSystemSpecific, write_system_specific)
+#undef OSTRAVEL_MEMBER

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 // Reads by path: a whole poll in one library job, one path, and the array behind an element path.
 #include <cstdio>
+#include <span>
 #include <sstream>
 
 #include "symbolic/accessbuffer.h"
@@ -12,45 +13,38 @@ namespace {
 
 constexpr agl_int32_t kReadTimeout = 5000;  // milliseconds
 
-// Creates the access and its buffer. What fails stays in the job with whatever handle and size the library
-// left: the library reports it in the job's own Result.
-ZeroedMemory prepare_access(HandleType root, const std::string& path, SymbolicRW_t& rw, int& ReadErrorcode) {
+// Creates the access and asks for its size. What fails stays in the job with whatever handle and size the
+// library left: the library reports it in the job's own Result.
+void prepare_access(HandleType root, const char* path, SymbolicRW_t& rw, int& ReadErrorcode) {
   agl_int32_t errorPosition = 0;
-  if (AGL_Symbolic_CreateAccessByPath(root, path.c_str(), &rw.AccessHandle, &errorPosition) !=
-      AGL40_SUCCESS) {
+  if (AGL_Symbolic_CreateAccessByPath(root, path, &rw.AccessHandle, &errorPosition) != AGL40_SUCCESS) {
     std::puts("AGL_Symbolic_CreateAccessByPath");
-    std::printf("AGL_Symbolic_CreateAccessByPath ITEMs.at(i).c_str() = %s\n", path.c_str());
+    std::printf("AGL_Symbolic_CreateAccessByPath ITEMs.at(i).c_str() = %s\n", path);
     ReadErrorcode = 1;
   }
   agl_int32_t bufferSize = 0;
   if (AGL_Symbolic_GetAccessBufferSize(rw.AccessHandle, &bufferSize) != AGL40_SUCCESS) {
     std::puts("AGL_Symbolic_GetAccessBufferSize");
-    std::printf("AGL_Symbolic_GetAccessBufferSize ITEMs.at(i).c_str() = %s\n", path.c_str());
+    std::printf("AGL_Symbolic_GetAccessBufferSize ITEMs.at(i).c_str() = %s\n", path);
     ReadErrorcode = 1;
   }
-  return attach_buffer(rw, bufferSize);
+  rw.BufferLen = bufferSize;
 }
 
-// A one-dimensional array that does not start at 0, as seen from index 0; everything else as it is. Arrays of
-// several dimensions are never re-based, deliberately.
-std::vector<unsigned char> rebase_to_zero(HandleType root, const std::string& path, agl_int32_t element_size,
-                                          std::vector<unsigned char> data) {
-  std::vector<unsigned> lower;
-  std::vector<unsigned> upper;
-  if (get_array_description(root, path, lower, upper) && array_index_non_zero_start(lower) &&
-      lower.size() == 1) {
-    return resize_data_include_an_array_index_to_zero_start(static_cast<unsigned>(element_size), data, lower,
-                                                            upper);
+// An array as the host sees it, from element 0 on; everything else as it is.
+void rebase_to_zero(HandleType root, std::string_view path, agl_int32_t element_size, ArrayBounds& bounds,
+                    ValueBytes& value) {
+  if (get_array_description(root, path, bounds) && bounds.needs_rebasing()) {
+    value.PrependZeros(array_fill_bytes(static_cast<unsigned>(element_size), bounds.lower, bounds.upper));
   }
-  return data;
 }
 
-std::vector<unsigned char> take_values(HandleType root, const std::string& path, const SymbolicRW_t& rw) {
-  std::vector<unsigned char> data;
-  BufferReader::GetBufferValues(rw, data);
+void take_value(HandleType root, std::string_view path, const SymbolicRW_t& rw, ArrayBounds& bounds,
+                ValueBytes& value) {
+  BufferReader::GetBufferValues(rw, value);
   agl_int32_t element_size = 0;
   AGL_Symbolic_GetAccessBufferElementSize(rw.AccessHandle, &element_size);
-  return rebase_to_zero(root, path, element_size, std::move(data));
+  rebase_to_zero(root, path, element_size, bounds, value);
 }
 
 // The indices of the last bracket group; a piece without a number counts as 0.
@@ -71,12 +65,24 @@ std::vector<agl_int32_t> indices_of(const std::string& path) {
 
 std::map<std::string, Values> SymbolsLoader::ReadMapMultiDataFromPlcByPath(
     const std::vector<std::string>& ITEMs, int& ReadErrorcode) {
+  ReadBatch batch;
+  for (const std::string& path : ITEMs) batch.Add(path);
   std::map<std::string, Values> result_data;
-  std::vector<SymbolicRW_t> rws(ITEMs.size());
-  std::vector<ZeroedMemory> buffers(ITEMs.size());
+  if (!ReadPaths(batch, ReadErrorcode)) return result_data;
   for (std::size_t i = 0; i < ITEMs.size(); ++i) {
-    buffers[i] = prepare_access(root_schema_node, ITEMs[i], rws[i], ReadErrorcode);
+    const auto value = batch.value(i);
+    // Of a path that occurs twice the first occurrence wins.
+    result_data.try_emplace(ITEMs[i], Values{{value.begin(), value.end()}});
   }
+  return result_data;
+}
+
+bool SymbolsLoader::ReadPaths(ReadBatch& batch, int& ReadErrorcode) {
+  const std::span<SymbolicRW_t> rws = batch.accesses_;
+  for (std::size_t i = 0; i < rws.size(); ++i) {
+    prepare_access(root_schema_node, batch.paths_[i].path.data(), rws[i], ReadErrorcode);
+  }
+  batch.memory_.Attach(rws);
 
   agl_int32_t sError = 0;
   const agl_int32_t result = AGL_Symbolic_ReadMixEx(
@@ -87,15 +93,15 @@ std::map<std::string, Values> SymbolsLoader::ReadMapMultiDataFromPlcByPath(
     std::printf("rws.size() = %d\n", static_cast<int>(rws.size()));
     ReadErrorcode = result;
   } else {
-    for (std::size_t j = 0; j < ITEMs.size(); ++j) {
-      // Of a path that occurs twice the first occurrence wins, here and below.
-      Values values;
-      if (rws[j].Result == AGL40_SUCCESS) values.datas = take_values(root_schema_node, ITEMs[j], rws[j]);
-      result_data.try_emplace(ITEMs[j], std::move(values));
+    for (std::size_t i = 0; i < rws.size(); ++i) {
+      ReadBatch::Path& path = batch.paths_[i];
+      if (rws[i].Result == AGL40_SUCCESS) {
+        take_value(root_schema_node, path.path, rws[i], batch.bounds_, path.value);
+      }
     }
   }
   for (const SymbolicRW_t& rw : rws) AGL_Symbolic_FreeHandle(rw.AccessHandle);
-  return result_data;
+  return result == AGL40_SUCCESS && !rws.empty();
 }
 
 std::vector<unsigned char> SymbolsLoader::ReadDataFromPlcByPath(const std::string& ITEM) {
@@ -117,12 +123,14 @@ std::vector<unsigned char> SymbolsLoader::ReadDataFromPlcByPath(const std::strin
     AGL_Symbolic_FreeHandle(rw.AccessHandle);
     return {};
   }
-  std::vector<unsigned char> data;
-  BufferReader::GetBufferValues(rw, data);
+  ValueBytes value;
+  ArrayBounds bounds;
+  BufferReader::GetBufferValues(rw, value);
   agl_int32_t element_size = 0;
   AGL_Symbolic_GetAccessBufferElementSize(rw.AccessHandle, &element_size);
   AGL_Symbolic_FreeHandle(rw.AccessHandle);
-  return rebase_to_zero(root_schema_node, ITEM, element_size, std::move(data));
+  rebase_to_zero(root_schema_node, ITEM, element_size, bounds, value);
+  return value.TakeVector();
 }
 
 std::vector<unsigned char> SymbolsLoader::ReadDataFromPlcByPathfor_multi_array_transfer(

@@ -10,16 +10,18 @@ constexpr agl_int32_t kWriteTimeout = 1;  // deliberately not the reads' 5000 mi
 
 }  // namespace
 
-bool SymbolsLoader::WriteDataFromPlcByPath(const std::string& ITEM, const std::vector<unsigned char>& data,
+bool SymbolsLoader::WriteDataFromPlcByPath(std::string_view ITEM, const std::vector<unsigned char>& data,
                                            unsigned short source_index, unsigned char trunk_size_for_byte) {
   SymbolicRW_t rw{};
   agl_int32_t error_pos = 0;
   // Not tested, deliberately: without an access its size is not to be had either.
-  AGL_Symbolic_CreateAccessByPath(root_schema_node, ITEM.c_str(), &rw.AccessHandle, &error_pos);
+  AGL_Symbolic_CreateAccessByPath(root_schema_node, ITEM.data(), &rw.AccessHandle, &error_pos);
   agl_int32_t dataSize = 0;
   if (AGL_Symbolic_GetAccessBufferSize(rw.AccessHandle, &dataSize) != AGL40_SUCCESS) return false;
 
-  const ZeroedMemory buffer = attach_buffer(rw, dataSize);
+  rw.BufferLen = dataSize;
+  write_memory_.Clear();
+  write_memory_.Attach({&rw, 1});
   BufferWriter::WriteBufferValues(rw, data, source_index, trunk_size_for_byte);
   agl_int32_t serror = 0;
   const agl_int32_t result = AGL_Symbolic_WriteMixEx(station_id, &rw, 1, &serror, kWriteTimeout, 0);

@@ -13,6 +13,7 @@
 
 #include "aglink/AGLink40.h"
 #include "symbolic/published.h"
+#include "symbolic/readbatch.h"
 
 // The value bytes of one path of a batched read; empty when its own access failed.
 struct Values {
@@ -92,6 +93,10 @@ class SymbolsLoader {
   std::map<std::string, Values> ReadMapMultiDataFromPlcByPath(const std::vector<std::string>& ITEMs,
                                                               int& ReadErrorcode);
 
+  // The same into the batch: false when the whole job failed or there are no paths. What is read stays in the
+  // batch's own memory.
+  bool ReadPaths(ReadBatch& batch, int& ReadErrorcode);
+
   // One path; empty on any failure.
   std::vector<unsigned char> ReadDataFromPlcByPath(const std::string& ITEM);
 
@@ -101,8 +106,8 @@ class SymbolsLoader {
       const std::string& ITEM, unsigned long* multi_array_linear_index);
 
   // Writes value bytes from element source_index on, trunk_size_for_byte bytes an element. True when the
-  // library accepted the job, whatever became of the single access in it.
-  bool WriteDataFromPlcByPath(const std::string& ITEM, const std::vector<unsigned char>& data,
+  // library accepted the job, whatever became of the single access in it. ITEM is NUL-terminated.
+  bool WriteDataFromPlcByPath(std::string_view ITEM, const std::vector<unsigned char>& data,
                               unsigned short source_index, unsigned char trunk_size_for_byte);
 
  private:
@@ -121,6 +126,8 @@ class SymbolsLoader {
   int SaveSymbolsToFile(const std::string& path) const;
   // Sets loader_state unless the loader has been re-initialised since.
   void Publish(loader_status_ state, const Settings& settings);
+
+  AccessMemory write_memory_;  // kept from write to write
 
   std::mutex setup_;         // one SetupDevice at a time; the filters never take it
   std::string address_set_;  // that the last SetupDevice was for; guarded by setup_

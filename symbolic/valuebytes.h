@@ -1,0 +1,73 @@
+// SPDX-License-Identifier: MIT
+// Bytes that values are appended to. Unlike a vector's, its memory stays initialised when it is emptied, so
+// that an append is a store, and it is kept: what is filled at every poll allocates once.
+#pragma once
+
+#include <cstddef>
+#include <cstring>
+#include <span>
+#include <utility>
+#include <vector>
+
+class ValueBytes {
+ public:
+  ValueBytes() = default;
+  // Goes on behind what the vector holds, in the vector's memory.
+  explicit ValueBytes(std::vector<unsigned char>&& bytes)
+      : storage_(std::move(bytes)), size_(storage_.size()) {}
+
+  std::size_t size() const { return size_; }
+  bool empty() const { return size_ == 0; }
+  unsigned char* data() { return storage_.data(); }
+  std::span<const unsigned char> view() const { return {storage_.data(), size_}; }
+  operator std::span<const unsigned char>() const { return view(); }
+
+  std::vector<unsigned char> TakeVector() {
+    storage_.resize(size_);
+    size_ = 0;
+    return std::move(storage_);
+  }
+
+  // Empties it. Memory beyond kKept bytes is given back: the next value is a usual one again.
+  void Clear() {
+    size_ = 0;
+    if (storage_.size() > kKept) storage_ = {};
+  }
+
+  template <class T>
+  void Append(T value) {
+    if (storage_.size() - size_ < sizeof value) Grow(sizeof value);
+    std::memcpy(storage_.data() + size_, &value, sizeof value);
+    size_ += sizeof value;
+  }
+
+  // New bytes are zero.
+  void Resize(std::size_t size) {
+    if (size > size_) {
+      if (size > storage_.size()) Grow(size - size_);
+      std::memset(storage_.data() + size_, 0, size - size_);
+    }
+    size_ = size;
+  }
+
+  // Puts count zero bytes in front of what there is.
+  void PrependZeros(std::size_t count) {
+    const std::size_t size = size_;
+    if (count == 0) return;
+    Resize(size + count);
+    std::memmove(storage_.data() + count, storage_.data(), size);
+    std::memset(storage_.data(), 0, count);
+  }
+
+ private:
+  static constexpr std::size_t kKept = 65536;
+
+  void Grow(std::size_t more) {
+    std::size_t size = storage_.size() * 2 > 16 ? storage_.size() * 2 : 16;
+    while (size < size_ + more) size *= 2;
+    storage_.resize(size);
+  }
+
+  std::vector<unsigned char> storage_;
+  std::size_t size_ = 0;
+};
