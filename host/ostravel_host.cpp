@@ -12,6 +12,7 @@
 #include "host/commands/read_command.h"
 #include "host/commands/write_command.h"
 #include "host/driverlibrary.h"
+#include "host/record/record_command.h"
 #include "host/reference/status_command.h"
 #include "host/reference/tag_names_command.h"
 #include "host/usererror.h"
@@ -33,6 +34,7 @@ int run_command(int argc, char** argv) {
   add_write_command(app, common, command);
   add_watch_command(app, common, command);
   add_check_command(app, common, command);
+  add_record_command(app, common, command);
   add_status_command(app, common, command);
   add_tag_names_command(app, common, command);
   if (const auto code = parse_command_line(app, "ostravel-host", argc, argv)) {

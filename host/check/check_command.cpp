@@ -119,15 +119,15 @@ void check_device(const Devices& devices, const Library& library, std::size_t nu
   for (const auto& tag : tags) {
     wanted.push_back(project.tags[tag.selection.row]);
   }
-  Progress progress(stderr, isatty(STDERR_FILENO) == 1,
-                    config.name.empty() ? "checked" : fmt::format("{}: checked", config.name));
+  Progress progress(stderr, isatty(STDERR_FILENO) == 1);
+  const auto name = config.name.empty() ? std::string() : config.name + ": ";
   Checker checker(link);
   checker.check(
       wanted, project.char_paired,
       [&](const TagReport& report) {
         progress.clear();
         printer.print(tags[report.row], report);
-        progress.show(report.row + 1, wanted.size());
+        progress.show(fmt::format("{}checked {} of {}", name, report.row + 1, wanted.size()));
       },
       interrupted);
 }

@@ -14,12 +14,8 @@ constexpr std::chrono::seconds kElsewhere{5};
 
 }  // namespace
 
-Progress::Progress(std::FILE* out, bool terminal, std::string what, Now now)
-    : out_(out),
-      terminal_(terminal),
-      what_(std::move(what)),
-      now_(std::move(now)),
-      next_(now_() + kPatience) {}
+Progress::Progress(std::FILE* out, bool terminal, Now now)
+    : out_(out), terminal_(terminal), now_(std::move(now)), next_(now_() + kPatience) {}
 
 void Progress::clear() {
   if (terminal_ && shown_) {
@@ -29,18 +25,17 @@ void Progress::clear() {
   }
 }
 
-void Progress::show(std::size_t done, std::size_t all) {
+void Progress::show(std::string_view state) {
   const auto now = now_();
   if (now < next_) {
     return;
   }
   next_ = now + (terminal_ ? Clock::duration(kOnTerminal) : Clock::duration(kElsewhere));
   shown_ = true;
-  const auto line = fmt::format("ostravel-host: {}: {} of {}", what_, done, all);
   if (terminal_) {
-    fmt::print(out_, "\r{}\033[K", line);
+    fmt::print(out_, "\rostravel-host: {}\033[K", state);
   } else {
-    fmt::print(out_, "{}\n", line);
+    fmt::print(out_, "ostravel-host: {}\n", state);
   }
   std::fflush(out_);
 }

@@ -4,10 +4,9 @@
 #pragma once
 
 #include <chrono>
-#include <cstddef>
 #include <cstdio>
 #include <functional>
-#include <string>
+#include <string_view>
 
 namespace ostravel::host::check {
 
@@ -16,20 +15,19 @@ class Progress {
   using Clock = std::chrono::steady_clock;
   using Now = std::function<Clock::time_point()>;
 
-  // "ostravel-host: WHAT: 1200 of 10000"
-  Progress(std::FILE* out, bool terminal, std::string what, Now now = Clock::now);
+  Progress(std::FILE* out, bool terminal, Now now = Clock::now);
   Progress(const Progress&) = delete;
   Progress& operator=(const Progress&) = delete;
   ~Progress() { clear(); }
 
-  void show(std::size_t done, std::size_t all);
+  // "ostravel-host: STATE"
+  void show(std::string_view state);
   // Makes room for other lines on the terminal.
   void clear();
 
  private:
   std::FILE* out_;
   bool terminal_;
-  std::string what_;
   Now now_;
   Clock::time_point next_;
   bool shown_ = false;
