@@ -182,6 +182,14 @@ bool TagListReader::read_header() {
   for (std::size_t i = 0; i < fields_.size(); ++i) {
     read_column(i);
   }
+  // With all columns there, others are meant to be.
+  if (std::count(columns_.begin(), columns_.end(), fields_.size()) != 0) {
+    for (const auto column : foreign_) {
+      report(Severity::Warning, fields_[column].place(),
+             fmt::format("column '{}' means nothing here; columns are {}", trimmed(fields_[column].text),
+                         kColumns));
+    }
+  }
   bool complete = true;
   for (const auto needed :
        {TagField::Name, TagField::Type, TagField::Count, TagField::Device, TagField::Id}) {
@@ -200,8 +208,7 @@ void TagListReader::read_column(std::size_t column) {
   const auto which = field_of(name);
   if (which == kTagFields) {
     if (!name.empty()) {
-      report(Severity::Warning, field.place(),
-             fmt::format("column '{}' means nothing here; columns are {}", name, kColumns));
+      foreign_.push_back(column);
     }
   } else if (columns_[which] != fields_.size()) {
     fail(field, fmt::format("column '{}' stands there twice; remove one", name));

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 // A list of tags as comma-separated values, read row by row. The header line names the columns, in any order
-// and letter case:  name,type,count,device,id  and, if wanted,  first,elements.  Other columns are kept out.
+// and letter case:  name,type,count,device,id  and, if wanted,  first,elements.  Other columns mean nothing.
 //   A comma, semicolon or tab separates; which one, the header line shows, or "sep=;" as the first line.
 //   Lines that begin with '#' are comments; those before the header may carry settings:
 //     "# password: TEXT"  and  "# strings: char-paired".  In quotes, the text is taken as it stands.
@@ -12,6 +12,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "host/csv.h"
 #include "host/project.h"
@@ -85,6 +86,7 @@ class TagListReader {
   Project settings_;
   std::size_t header_position_ = 0;
   std::array<std::size_t, kTagFields> columns_{};  // of each field; the row's width: the list lacks it
+  std::vector<std::size_t> foreign_;               // columns that are for no field
   std::size_t width_ = 0;                          // 0: the header line cannot be used
 };
 

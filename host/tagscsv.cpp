@@ -22,8 +22,8 @@ std::string_view line_end_of(std::string_view text) {
 
 }  // namespace
 
-Project project_from_list(const ListText& list, const std::string& source,
-                          const TagListReader::Report& warn) {
+Project project_from_list(const ListText& list, const std::string& source, const TagListReader::Report& warn,
+                          std::vector<Place>* places) {
   const auto report = [&](const Finding& finding) {
     if (finding.severity == Severity::Error) {
       throw PlacedError(source, finding.place, finding.text);
@@ -35,6 +35,9 @@ Project project_from_list(const ListText& list, const std::string& source,
   for (TagRow row; reader.next(row);) {
     for (const auto& fault : tag_faults(row.tag, project.char_paired)) {
       throw PlacedError(source, row.place(fault.field), fault.text);
+    }
+    if (places != nullptr) {
+      places->push_back(row.place(TagField::Name));
     }
     project.tags.push_back(std::move(row.tag));
   }

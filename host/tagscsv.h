@@ -6,6 +6,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "host/project.h"
 #include "host/taglist.h"
@@ -15,8 +16,9 @@ namespace ostravel::host {
 // Throws UserError with one line "file:line:column: what and how to mend it".
 Project project_from_csv(std::string_view text, const std::string& source);
 
-// The same; warnings go to warn.
-Project project_from_list(const ListText& list, const std::string& source, const TagListReader::Report& warn);
+// The same; warnings go to warn, and the places of the tags to places unless it is null.
+Project project_from_list(const ListText& list, const std::string& source, const TagListReader::Report& warn,
+                          std::vector<Place>* places = nullptr);
 
 // The normal form: what project_from_csv reads back as the same project.
 std::string project_to_csv(const Project& project);

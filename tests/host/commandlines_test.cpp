@@ -55,7 +55,7 @@ TEST(OstravelTags, PacksAndDumps) {
   const auto list = scratch.write("a.csv", kList);
   const auto packed = tags({"pack", list, scratch.path("a.project"), "--password", "x", "--char-paired"});
   EXPECT_EQ(packed.code, 0);
-  EXPECT_EQ(packed.out, scratch.path("a.project") + ": 1 tags, with password, strings char-paired\n");
+  EXPECT_EQ(packed.out, scratch.path("a.project") + ": 1 tag, with password, strings char-paired\n");
   const auto dumped = tags({"dump", scratch.path("a.project")});
   EXPECT_EQ(dumped.code, 0);
   EXPECT_EQ(dumped.out, std::string("# password: x\n# strings: char-paired\n") + kList);

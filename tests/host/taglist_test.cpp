@@ -99,7 +99,14 @@ TEST(TagList, SettingBelowTheHeaderIsWarnedOf) {
               ElementsAre("2:1: warning: a setting below the header line counts for nothing; move it above"));
 }
 
-TEST(TagList, ColumnsOfOnesOwnAreWarnedOfAndLeftOut) {
+TEST(TagList, ColumnsOfOnesOwnAreLeftOut) {
+  const auto list = read("note,name,type,count,first,elements,device,id,,\nx,A,INT,1,,1,1,1,,\n");
+  EXPECT_THAT(list.findings, ElementsAre());
+  EXPECT_EQ(list.rows[0].place(TagField::Type), (Place{2, 5}));
+}
+
+// It may be one of those that need not be there, misspelt.
+TEST(TagList, ForeignColumnIsWarnedOfWhenAColumnIsMissing) {
   const auto list = read("note,name,type,count,device,id,,\nx,A,INT,1,1,1,,\n");
   EXPECT_THAT(list.findings, ElementsAre("1:1: warning: column 'note' means nothing here; columns are name, "
                                          "type, count, first, elements, device, id"));
