@@ -33,9 +33,11 @@ Script load_script(const std::string& name) {
   return parse_script(text, "standard input");
 }
 
-int export_tags(const Program& program, std::vector<std::string>& warnings) {
-  std::cout << export_tags_csv(program, &warnings) << std::flush;
+int print_tags(const Program& program, const std::vector<std::string>& warnings) {
+  const auto table = export_tags(program);
+  std::cout << table.csv << std::flush;
   print_warnings(warnings);
+  print_warnings(warnings_of(table));
   if (!std::cout) throw ServerError("standard output cannot be written; is the disk full?");
   return ostravel::kExitOk;
 }
@@ -53,7 +55,7 @@ int run(const Options& options) {
   std::signal(SIGPIPE, SIG_IGN);  // nobody reading the console's answers is no reason to stop the PLC
   std::vector<std::string> warnings;
   Program program = load_program(options.files, options.server.load, &warnings);
-  if (options.export_tags) return export_tags(program, warnings);
+  if (options.export_tags) return print_tags(program, warnings);
   print_warnings(warnings);
   const auto script = load_script(options.script);
   if (!script.lines.empty()) rehearse(script, program, options.server.plc, options.server.load);

@@ -33,7 +33,7 @@ constexpr std::array rows{
     TypeRow{Char, "Char", Family::Text, 1, "USINT"},
     TypeRow{WChar, "WChar", Family::Text, 2, ""},
     TypeRow{String, "String", Family::Text, 0, "STRING"},
-    TypeRow{WString, "WString", Family::Text, 0, "STRING"},
+    TypeRow{WString, "WString", Family::Text, 0, "WSTRING"},
     TypeRow{Time, "Time", Family::Time, 4, "DINT"},
     TypeRow{LTime, "LTime", Family::Time, 8, "LINT"},
     TypeRow{S5Time, "S5Time", Family::Bcd, 2, "UDINT"},

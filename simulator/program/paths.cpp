@@ -47,9 +47,7 @@ bool visit_symbol(const Symbol& symbol, std::uint64_t base, const std::string& p
                   const std::function<bool(const Leaf&)>& visit) {
   const std::uint64_t start = base + symbol.offset;
   const std::string path = joined(parent, symbol);
-  if (symbol.type != DataType::Struct) {
-    return !symbol.readable || symbol.type == DataType::Opaque || visit(Leaf{path, &symbol, start});
-  }
+  if (symbol.type != DataType::Struct) return visit(Leaf{path, &symbol, start});
   if (symbol.members.empty()) return true;
   const std::uint64_t count = element_count(symbol);
   for (std::uint64_t i = 0; i < count; ++i) {
@@ -77,6 +75,12 @@ std::optional<std::string> path_of(const std::vector<Symbol>& blocks, const Targ
 }
 
 bool for_each_leaf(const std::vector<Symbol>& blocks, const std::function<bool(const Leaf&)>& visit) {
+  return for_each_variable(blocks, [&visit](const Leaf& leaf) {
+    return !leaf.symbol->readable || leaf.symbol->type == DataType::Opaque || visit(leaf);
+  });
+}
+
+bool for_each_variable(const std::vector<Symbol>& blocks, const std::function<bool(const Leaf&)>& visit) {
   return std::all_of(blocks.begin(), blocks.end(),
                      [&visit](const Symbol& block) { return visit_symbol(block, 0, {}, visit); });
 }

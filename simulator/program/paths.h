@@ -38,6 +38,9 @@ struct Leaf {
 // Stops when visit returns false, and returns false then.
 bool for_each_leaf(const std::vector<Symbol>& blocks, const std::function<bool(const Leaf&)>& visit);
 
+// Visits every variable in that way, also what cannot be read and what has no layout.
+bool for_each_variable(const std::vector<Symbol>& blocks, const std::function<bool(const Leaf&)>& visit);
+
 // The index list of the element with this row-major number, 0 for the first.
 std::vector<std::int32_t> index_of_element(const Symbol& symbol, std::uint64_t number);
 
