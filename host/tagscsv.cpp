@@ -23,7 +23,7 @@ std::string_view line_end_of(std::string_view text) {
 }  // namespace
 
 Project project_from_list(const ListText& list, const std::string& source, const TagListReader::Report& warn,
-                          std::vector<Place>* places) {
+                          const std::function<void(const TagRow&)>& on_tag) {
   const auto report = [&](const Finding& finding) {
     if (finding.severity == Severity::Error) {
       throw PlacedError(source, finding.place, finding.text);
@@ -36,8 +36,8 @@ Project project_from_list(const ListText& list, const std::string& source, const
     for (const auto& fault : tag_faults(row.tag, project.char_paired)) {
       throw PlacedError(source, row.place(fault.field), fault.text);
     }
-    if (places != nullptr) {
-      places->push_back(row.place(TagField::Name));
+    if (on_tag) {
+      on_tag(row);
     }
     project.tags.push_back(std::move(row.tag));
   }

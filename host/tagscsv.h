@@ -3,10 +3,10 @@
 // back. The normal form of a list has commas, LF, all columns in their order, and quotes where they must be.
 #pragma once
 
+#include <functional>
 #include <optional>
 #include <string>
 #include <string_view>
-#include <vector>
 
 #include "host/project.h"
 #include "host/taglist.h"
@@ -16,9 +16,9 @@ namespace ostravel::host {
 // Throws UserError with one line "file:line:column: what and how to mend it".
 Project project_from_csv(std::string_view text, const std::string& source);
 
-// The same; warnings go to warn, and the places of the tags to places unless it is null.
+// The same; warnings go to warn, and on_tag, unless it is empty, is shown every row in turn.
 Project project_from_list(const ListText& list, const std::string& source, const TagListReader::Report& warn,
-                          std::vector<Place>* places = nullptr);
+                          const std::function<void(const TagRow&)>& on_tag = {});
 
 // The normal form: what project_from_csv reads back as the same project.
 std::string project_to_csv(const Project& project);

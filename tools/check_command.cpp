@@ -12,6 +12,7 @@
 #include "tools/commands.h"
 #include "tools/listcheck.h"
 #include "tools/output.h"
+#include "tools/progress.h"
 #include "tools/taglistfile.h"
 
 namespace ostravel::tags {
@@ -60,6 +61,11 @@ void print_summary(const Formats& formats, const std::string& file, const ListCh
              counted(errors, "error"), counted(warnings, "warning"));
 }
 
+ListCheck check_with_progress(const TagListFile& file) {
+  RowProgress progress(file.name);
+  return check_list(file.list, [&progress] { progress.step(); });
+}
+
 int check_files(const CheckOptions& options) {
   bool clean = true;
   if (options.formats.csv) {
@@ -67,7 +73,7 @@ int check_files(const CheckOptions& options) {
   }
   for (const auto& name : options.files) {
     const auto file = open_tag_list(name, options.separator);
-    auto check = check_list(file.list, name);
+    auto check = check_with_progress(file);
     if (file.outdated) {
       const Finding outdated{Severity::Warning, {}, "the list kept in the file is not that of its tags"};
       check.findings.insert(check.findings.begin(), TagFinding{outdated, {}});

@@ -31,12 +31,12 @@ Place place_in_name(const TagRow& row, std::size_t position) {
 
 class ListChecker {
  public:
-  ListCheck check(const ListText& list, const std::string& source) {
+  ListCheck check(const ListText& list, const std::function<void()>& on_tag) {
     try {
-      TagListReader reader(list.text, source, list.separator, [this](const Finding& finding) {
+      TagListReader reader(list.text, {}, list.separator, [this](const Finding& finding) {
         add(finding.severity, finding.place, finding.text, {});
       });
-      read(reader);
+      read(reader, on_tag);
     } catch (const PlacedError& error) {
       add(Severity::Error, error.place, error.fault, {});
     }
@@ -54,12 +54,15 @@ class ListChecker {
     check_.findings.push_back({{severity, place, std::move(text)}, tag});
   }
 
-  void read(TagListReader& reader) {
+  void read(TagListReader& reader, const std::function<void()>& on_tag) {
     char_paired_ = reader.settings().char_paired;
     LimitChecker limits(char_paired_);
     auto told = check_.findings.size();
     for (TagRow row; reader.next(row);) {
       ++check_.tags;
+      if (on_tag) {
+        on_tag();
+      }
       // What the reader told meanwhile is about this row, or about a line before it that is no row at all.
       for (; told < check_.findings.size(); ++told) {
         auto& found = check_.findings[told];
@@ -109,8 +112,8 @@ std::size_t ListCheck::count(Severity severity) const {
                     [severity](const TagFinding& found) { return found.finding.severity == severity; }));
 }
 
-ListCheck check_list(const ListText& list, const std::string& source) {
-  return ListChecker().check(list, source);
+ListCheck check_list(const ListText& list, const std::function<void()>& on_tag) {
+  return ListChecker().check(list, on_tag);
 }
 
 }  // namespace ostravel::tags

@@ -4,6 +4,7 @@
 // differently from what one expects.
 #pragma once
 
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -24,7 +25,7 @@ struct ListCheck {
   std::size_t count(host::Severity severity) const;
 };
 
-// source names the file in the one finding of a list that cannot be read at all.
-ListCheck check_list(const host::ListText& list, const std::string& source);
+// on_tag, unless it is empty, is called for every tag.
+ListCheck check_list(const host::ListText& list, const std::function<void()>& on_tag = {});
 
 }  // namespace ostravel::tags

@@ -8,6 +8,7 @@
 #include "host/tagscsv.h"
 #include "host/usererror.h"
 #include "tools/commands.h"
+#include "tools/progress.h"
 #include "tools/taglistfile.h"
 
 namespace ostravel::tags {
@@ -24,12 +25,17 @@ struct PackOptions {
   bool force = false;
 };
 
+Project read_list(const ListText& list, const std::string& name) {
+  RowProgress progress(name);
+  return project_from_list(list, name, warn_on_stderr(name), [&progress](const TagRow&) { progress.step(); });
+}
+
 int pack(const PackOptions& options) {
   ListText list{read_file(options.list), options.separator};
   if (is_project(list.text)) {
     throw UserError(fmt::format("{}: is a project file already; pack takes a list of tags", options.list));
   }
-  auto project = project_from_list(list, options.list, warn_on_stderr(options.list));
+  auto project = read_list(list, options.list);
   if (options.password) {
     if (options.password->size() > kLongestPassword) {
       throw UserError(

@@ -7,6 +7,7 @@
 #include <utility>
 
 #include "host/files.h"
+#include "tools/progress.h"
 
 namespace ostravel::tags {
 
@@ -25,7 +26,11 @@ PlacedProject load_tags(const std::string& name, std::optional<char> separator) 
   const auto file = open_tag_list(name, separator);
   PlacedProject placed{name, {}, {}};
   const auto warn = file.is_project ? TagListReader::Report([](const Finding&) {}) : warn_on_stderr(name);
-  placed.project = project_from_list(file.list, name, warn, &placed.places);
+  RowProgress progress(name);
+  placed.project = project_from_list(file.list, name, warn, [&](const TagRow& row) {
+    placed.places.push_back(row.place(TagField::Name));
+    progress.step();
+  });
   return placed;
 }
 

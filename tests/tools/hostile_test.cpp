@@ -26,7 +26,7 @@ void use(const Scratch& scratch, const std::string& content) {
   const auto path = scratch.write("file", content);
   try {
     const auto file = open_tag_list(path, std::nullopt);
-    const auto check = check_list(file.list, path);
+    const auto check = check_list(file.list);
     EXPECT_LE(check.count(Severity::Error), check.findings.size());
     const auto loaded = load_tags(path, std::nullopt);
     const auto merged = merge({loaded, loaded}, {Prefer::First, true});

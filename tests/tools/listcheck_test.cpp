@@ -16,7 +16,7 @@ constexpr const char* kHeader = "name,type,count,first,elements,device,id\n";
 // "line:column: text", warnings with "warning: ", of the rows below a header.
 std::vector<std::string> findings(const std::string& rows, const std::string& head = {}) {
   std::vector<std::string> texts;
-  const auto check = check_list({head + kHeader + rows, std::nullopt}, "t.csv");
+  const auto check = check_list({head + kHeader + rows, std::nullopt});
   for (const auto& [finding, tag] : check.findings) {
     texts.push_back(fmt::format("{}:{}: {}{}", finding.place.line, finding.place.column,
                                 finding.severity == host::Severity::Warning ? "warning: " : "",
@@ -42,7 +42,7 @@ TEST(ListCheck, EveryFieldAndFaultIsToldWithItsPlace) {
 }
 
 TEST(ListCheck, FindingsKnowTheirTag) {
-  const auto check = check_list({std::string(kHeader) + "\"x\"y\nA,INT,0,,1,1,1\n", std::nullopt}, "t.csv");
+  const auto check = check_list({std::string(kHeader) + "\"x\"y\nA,INT,0,,1,1,1\n", std::nullopt});
   ASSERT_EQ(check.findings.size(), 2U);
   EXPECT_EQ(check.findings[0].tag, "");
   EXPECT_EQ(check.findings[1].tag, "A");
@@ -57,7 +57,7 @@ TEST(ListCheck, ColumnInANameCountsQuotesAsTheListHasThem) {
 }
 
 TEST(ListCheck, TextThatCannotBeReadIsOneFinding) {
-  const auto check = check_list({"\xFF\xFEn", std::nullopt}, "t.csv");
+  const auto check = check_list({"\xFF\xFEn", std::nullopt});
   ASSERT_EQ(check.findings.size(), 1U);
   EXPECT_EQ(check.findings[0].finding.place, (host::Place{1, 1}));
 }

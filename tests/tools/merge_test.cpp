@@ -15,7 +15,8 @@ constexpr const char* kHeader = "name,type,count,first,elements,device,id\n";
 PlacedProject list(const std::string& name, const std::string& rows, const std::string& head = {}) {
   PlacedProject placed{name, {}, {}};
   placed.project = project_from_list(
-      {head + kHeader + rows, std::nullopt}, name, [](const Finding&) {}, &placed.places);
+      {head + kHeader + rows, std::nullopt}, name, [](const Finding&) {},
+      [&](const TagRow& row) { placed.places.push_back(row.place(TagField::Name)); });
   return placed;
 }
 
