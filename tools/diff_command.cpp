@@ -165,8 +165,8 @@ int diff_files(const DiffOptions& options) {
 void add_diff_command(CLI::App& app, CommandRunner& run) {
   const auto options = std::make_shared<DiffOptions>();
   auto* command = app.add_subcommand("diff", "tell what two lists or project files differ in");
-  command->add_option("BEFORE", options->before, "list or project file")->required();
-  command->add_option("AFTER", options->after, "list or project file")->required();
+  command->add_option("A", options->before, "list or project file, as it was")->required();
+  command->add_option("B", options->after, "list or project file, as it is")->required();
   add_format_options(*command, options->formats);
   add_separator_option(*command, options->separator);
   command->footer(

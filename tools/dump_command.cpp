@@ -75,7 +75,7 @@ void add_dump_command(CLI::App& app, CommandRunner& run) {
       command->add_flag("--canonical,--csv", options->canonical,
                         "the normal form: commas, all columns in their order, no comments but settings");
   auto* json = command->add_flag("--json", options->json, "one JSON object a line")->excludes(canonical);
-  command->add_option("-o,--output", options->output, "write to a file")->excludes(json);
+  command->add_option("-o,--output", options->output, "write to a file")->type_name("FILE")->excludes(json);
   command->add_flag("--force", options->force, "replace an existing file");
   command->footer(
       "Without an option the list is byte for byte the one that was packed.\n\n"

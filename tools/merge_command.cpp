@@ -45,7 +45,9 @@ void add_merge_command(CLI::App& app, CommandRunner& run) {
   const auto options = std::make_shared<MergeOptions>();
   auto* command = app.add_subcommand("merge", "make one list or project file of several");
   command->add_option("FILE", options->files, "lists and project files, at least one")->required();
-  command->add_option("-o,--output", options->output, "what to make: a list if it ends in .csv")->required();
+  command->add_option("-o,--output", options->output, "what to make: a list if it ends in .csv")
+      ->type_name("FILE")
+      ->required();
   const std::map<std::string, Prefer> preferences{{"first", Prefer::First}, {"last", Prefer::Last}};
   command
       ->add_option_function<std::string>(

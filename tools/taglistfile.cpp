@@ -37,12 +37,9 @@ PlacedProject load_tags(const std::string& name, std::optional<char> separator) 
 void add_separator_option(CLI::App& command, std::optional<char>& separator) {
   command
       .add_option_function<std::string>(
-          "--separator", [&separator](const std::string& text) { separator = separator_from(text); },
-          "what separates fields of a list: comma, semicolon or tab; without it found out")
-      ->check([](const std::string& text) {
-        return separator_from(text) ? std::string()
-                                    : "'" + text + "' is no separator; give comma, semicolon or tab";
-      });
+          "--separator", [&separator](const std::string& word) { separator = separator_from(word); },
+          "what separates fields of a list; without it found out")
+      ->check(CLI::IsMember({"comma", "semicolon", "tab"}));
 }
 
 std::string place_text(const std::string& name, const Place& place) {
