@@ -49,6 +49,8 @@ void add_options(CLI::App& app, Options& options) {
   app.add_flag(
       "--instances", server.load.instances,
       "Adds a data block NAME_DB for each function block and data type NAME that no data block uses");
+  app.add_flag("--accessible", server.load.accessible,
+               "Lets clients read and write all variables, whatever ExternalAccessible and READ_ONLY say");
   app.add_flag("--export-tags", options.export_tags, "Prints the variables as a tag table (CSV) and ends");
   app.add_flag("--exit-with-stdin", options.exit_with_stdin, "Ends when standard input does");
   app.add_option("--ready-fd", options.ready_fd,

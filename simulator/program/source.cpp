@@ -52,6 +52,24 @@ void add_instances(std::vector<Declaration>& declarations) {
   std::move(instances.begin(), instances.end(), std::back_inserter(declarations));
 }
 
+void grant_access(std::vector<Member>& members) {
+  for (Member& member : members) {
+    member.accessible = true;
+    member.writable = true;
+    grant_access(member.type.members);
+  }
+}
+
+// What the options add to the declarations.
+void amend(std::vector<Declaration>& declarations, const LoadOptions& options) {
+  if (options.instances) add_instances(declarations);
+  if (!options.accessible) return;
+  for (Declaration& declaration : declarations) {
+    declaration.read_only = false;
+    grant_access(declaration.content.members);
+  }
+}
+
 Program build(const Sources& sources, const LoadOptions& options, std::vector<std::string>* warnings) {
   const Catalogue catalogue(sources.declarations, options);
   Layout layout(catalogue, options.memory_limit, warnings);
@@ -77,7 +95,7 @@ Program load_program(std::span<const std::filesystem::path> files, const LoadOpt
                      std::vector<std::string>* warnings) {
   Sources sources;
   for (const std::filesystem::path& file : files) sources.add(file.string(), read_source(file), warnings);
-  if (options.instances) add_instances(sources.declarations);
+  amend(sources.declarations, options);
   return build(sources, options, warnings);
 }
 
@@ -85,7 +103,7 @@ Program load_text(std::string_view text, std::string_view name, const LoadOption
                   std::vector<std::string>* warnings) {
   Sources sources;
   sources.add(std::string(name), decode_source(std::string(text), name), warnings);
-  if (options.instances) add_instances(sources.declarations);
+  amend(sources.declarations, options);
   return build(sources, options, warnings);
 }
 

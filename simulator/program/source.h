@@ -31,6 +31,9 @@ struct LoadOptions {
   // Adds a data block "NAME_DB" for each function block and type NAME of which no data block is an instance,
   // so that sources without data blocks have variables too.
   bool instances = false;
+  // Lets clients read and write every variable, whatever ExternalAccessible,
+  // ExternalWritable and READ_ONLY say.
+  bool accessible = false;
 };
 
 // Loads all files, then resolves names, so that their order does not matter except for the order of the

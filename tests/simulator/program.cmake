@@ -1,5 +1,6 @@
 # Tests of simulator/program; included by CMakeLists.txt of this folder.
 add_executable(simulator_program_tests
+  program_access_test.cpp
   program_assignment_test.cpp
   program_encoding_test.cpp
   program_fuzz_test.cpp

@@ -64,21 +64,22 @@ json text(const plc::Symbol& symbol, std::uint64_t mixed) {
 json date(const plc::Symbol& symbol, std::uint64_t mixed) {
   const auto day =
       fmt::format("{}-{:02}-{:02}", 1990 + mixed % 90, 1 + mixed / 90 % 12, 1 + mixed / 1080 % 28);
-  const auto time = fmt::format("{:02}:{:02}:{:02}.{:03}", mixed >> 20 & 15, mixed >> 24 & 31,
-                                mixed >> 29 & 31, (mixed >> 34) % 1000);
+  const auto clock = fmt::format("{:02}:{:02}:{:02}.", mixed >> 20 & 15, mixed >> 24 & 31, mixed >> 29 & 31);
+  const auto time = clock + fmt::format("{:03}", (mixed >> 34) % 1000);
+  const auto long_time = clock + fmt::format("{:09}", (mixed >> 34) % 1'000'000'000);
   switch (symbol.type) {
     case DataType::Date:
       return "D#" + day;
     case DataType::TimeOfDay:
       return "TOD#" + time;
     case DataType::LTimeOfDay:
-      return "LTOD#" + time;
+      return "LTOD#" + long_time;
     case DataType::DateAndTime:
       return "DT#" + day + "-" + time;
     case DataType::LDateTime:
-      return "LDT#" + day + "-" + time;
+      return "LDT#" + day + "-" + long_time;
     default:
-      return "DTL#" + day + "-" + time;
+      return "DTL#" + day + "-" + long_time;
   }
 }
 

@@ -98,6 +98,8 @@ int main(int argc, char** argv) {
   app.add_option("--work", options.work, "Folder for the files between them")->required();
   app.add_option("--constant", options.constants, "NAME=VALUE of a global constant; repeatable")
       ->allow_extra_args(false);
+  app.add_flag("--accessible", options.accessible,
+               "Reads also what the sources say is not accessible from outside");
   app.add_flag("--verbose", verbose, "Shows warnings and all differences");
   try {
     if (const auto code = ostravel::parse_command_line(app, "try-sources", argc, argv)) return *code;

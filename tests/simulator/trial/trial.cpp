@@ -31,6 +31,7 @@ std::vector<std::string> source_arguments(const SourceSet& set, const TrialOptio
   std::vector<std::string> arguments;
   for (const auto& constant : options.constants) arguments.insert(arguments.end(), {"--constant", constant});
   if (instances) arguments.emplace_back("--instances");
+  if (options.accessible) arguments.emplace_back("--accessible");
   for (const auto& file : set.files()) arguments.push_back(file.string());
   return arguments;
 }
@@ -157,6 +158,7 @@ class Trial {
     try {
       plc::LoadOptions load;
       load.instances = true;
+      load.accessible = options_.accessible;
       for (const auto& constant : options_.constants) {
         const auto equals = constant.find('=');
         load.constants[constant.substr(0, equals)] =

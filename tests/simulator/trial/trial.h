@@ -17,6 +17,7 @@ struct TrialOptions {
   std::string programs;                // folder of ostravel-plc, ostravel-tags and ostravel-host
   std::string work;                    // folder for the files between them
   std::vector<std::string> constants;  // NAME=VALUE
+  bool accessible = false;             // whatever the sources say
 };
 
 struct Outcome {
