@@ -13,7 +13,7 @@ namespace {
 std::string exit_code_lines(Programs program) {
   std::string lines = "Exit codes:\n";
   for (const auto& entry : exit_codes()) {
-    if ((entry.programs & program) != 0) {
+    if ((entry.programs & program) == program) {
       lines += "  " + std::to_string(entry.code) + "  " + std::string(entry.meaning) + "\n";
     }
   }
@@ -22,13 +22,23 @@ std::string exit_code_lines(Programs program) {
 }
 
 // A subcommand that was given no footer of its own has its parent's, which says nothing about it.
-void finish_help(CLI::App& app, const std::string& exit_codes, const std::string& inherited) {
+void finish_help(CLI::App& app, const std::string& end, const std::string& end_of_commands) {
   const auto own = app.get_footer();
   for (auto* command : app.get_subcommands([](const CLI::App*) { return true; })) {
-    finish_help(*command, exit_codes, own);
+    if (command->get_footer() == own) {
+      command->footer("");
+    }
+    finish_help(*command, end_of_commands, end_of_commands);
   }
-  const bool has_own = !own.empty() && own != inherited;
-  app.footer(has_own ? own + "\n\n" + exit_codes : exit_codes);
+  app.footer(own.empty() ? end : own + "\n\n" + end);
+}
+
+// Commands that take the program's own options as well say where these are shown.
+void finish_help(CLI::App& app, const std::string& program) {
+  const auto end = exit_code_lines(program_bit(program));
+  const bool shares_options = app.get_fallthrough();
+  finish_help(app, end,
+              shares_options ? program + " --help shows the options that all commands take.\n\n" + end : end);
 }
 
 }  // namespace
@@ -50,7 +60,7 @@ std::optional<int> parse_command_line(CLI::App& app, const char* program, int ar
     std::cout << option_table(app, program) << std::flush;
     return std::cout ? kExitOk : kExitUsage;
   }
-  finish_help(app, exit_code_lines(program_bit(program)), {});
+  finish_help(app, program);
   try {
     app.parse(argc, argv);
   } catch (const CLI::ParseError& error) {

@@ -18,7 +18,8 @@ namespace ostravel {
 // With --option-table as the only argument it prints what optiontable.h says.
 std::optional<int> parse_command_line(CLI::App& app, const char* program, int argc, const char* const* argv);
 
-// Which bit of Programs a name such as "ostravel-host" has; kEveryProgram for another name.
+// Which bit of Programs a name such as "ostravel-host" has; kEveryProgram, and so only the exit codes that
+// all have, for another name.
 Programs program_bit(std::string_view program);
 
 // "ostravel-host 3.30.0"

@@ -74,9 +74,10 @@ void add_command(Json& table, const CLI::App& app, const std::string& inherited_
 }  // namespace
 
 std::string option_table(const CLI::App& app, std::string_view program) {
+  const auto bit = program_bit(program);
   Json table{{"name", program}, {"version", OSTRAVEL_VERSION}, {"exit_codes", Json::array()}};
   for (const auto& entry : exit_codes()) {
-    if ((entry.programs & program_bit(program)) != 0) {
+    if ((entry.programs & bit) == bit) {
       table["exit_codes"].push_back({{"code", entry.code}, {"meaning", entry.meaning}});
     }
   }

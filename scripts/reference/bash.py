@@ -2,7 +2,7 @@
 """Bash completion of a program: one self-contained file."""
 import shlex
 
-from reference.options import kind, is_flag, named, positionals, visible_options
+from reference.options import NEED_A_PROJECT, kind, is_flag, named, positionals, visible_options
 
 HEAD = """\
 # bash completion of {name}. Made by scripts/generate-reference.
@@ -119,6 +119,7 @@ COMPLETE_COMMAND = """\
 
 TAG_CASES = """
     tags) _{function}_tags "" "$2" ;;
+    either) mapfile -t COMPREPLY < <(compgen -f -- "$2"); _{function}_tags "" "$2" ;;
     assignments) [[ $2 == *=* ]] || {{ compopt -o nospace 2>/dev/null; _{function}_tags "=" "$2"; }} ;;"""
 
 
@@ -167,7 +168,7 @@ def completion(table):
     values += value_lines("*:", named(table["options"]))
     places = [line for command in commands for line in positional_lines(command)]
     places += [(pattern.replace(f"{table['name']}:", ":", 1), word) for pattern, word in positional_lines(table)]
-    with_tags = any(word in ("tags", "assignments") for _, word in values + places)
+    with_tags = any(word in NEED_A_PROJECT for _, word in values + places)
     parts = [HEAD.format(name=table["name"]),
              WORDS.format(function=function),
              case(f"_{function}_value", '"$1:$2"', values),

@@ -8,7 +8,8 @@ HEAD = "; Made by scripts/generate-reference; what is written by hand is in {nam
 
 
 def escaped(text):
-    return re.sub(r"([\\*_])", r"\\\1", text)
+    """Also at the beginning, where other letters begin a list, a heading or a table."""
+    return re.sub(r"([\\*_]|^[-#|\[\].;])", r"\\\1", text)
 
 
 def option_line(option):

@@ -5,7 +5,9 @@
 FILES = {"FILE", "PROJECT", "TAGS", "LIST", "CSV", "A", "B", "OUT", "SVG", "SCRIPT"}
 FOLDERS = {"FOLDER", "DIR"}
 TAGS = {"TAG"}
+EITHER = {"FILE_OR_TAG"}
 ASSIGNMENTS = {"ASSIGNMENT"}
+NEED_A_PROJECT = ("tags", "either", "assignments")
 
 
 def is_positional(option):
@@ -34,13 +36,14 @@ def placeholder(option):
 
 
 def kind(option):
-    """What completes the value: choices, files, folders, tags, assignments, codes, or nothing."""
+    """What completes the value: choices, files, folders, tags, either, assignments, or nothing."""
     if option["choices"]:
         return "choices"
     if option["names"] == ["--address"]:
         return "nothing"
     words = {option["positional"], option["value"]} - {""}
-    for name, placeholders in (("files", FILES), ("folders", FOLDERS), ("tags", TAGS), ("assignments", ASSIGNMENTS)):
+    for name, placeholders in (("files", FILES), ("folders", FOLDERS), ("tags", TAGS),
+                               ("either", EITHER), ("assignments", ASSIGNMENTS)):
         if words & placeholders:
             return name
     return "nothing"

@@ -1,6 +1,6 @@
 # SPDX-License-Identifier: MIT
 """Zsh completion of a program: one file for a folder of $fpath."""
-from reference.options import is_flag, kind, named, placeholder, positionals
+from reference.options import NEED_A_PROJECT, is_flag, kind, named, placeholder, positionals
 
 ACTIONS = {"files": "_files", "folders": "_files -/", "nothing": " "}
 
@@ -18,7 +18,7 @@ def action(option, function):
     name = kind(option)
     if name == "choices":
         return "(" + " ".join(option["choices"]) + ")"
-    if name in ("tags", "assignments"):
+    if name in NEED_A_PROJECT:
         return f"_{function}_{name}"
     return ACTIONS[name]
 
@@ -70,6 +70,12 @@ _{function}_assignments() {{
   compset -P '*=' && return 1
   _{function}_tags -S = "$@"
 }}
+_{function}_either() {{
+  local found=1
+  _files "$@" && found=0
+  _{function}_tags "$@" && found=0
+  return found
+}}
 """
 
 
@@ -98,7 +104,7 @@ _{function}() {{
   commands=(
 {listed}
   )
-{call(own + [quoted('1: :->name'), quoted('*:: :->command')], '  ', '-s -C')}
+{call(own + [quoted('1: :->name'), quoted('*:: :->command')], '  ', '-s -C -A "-*"')}
   case $state in
     name) _describe command commands ;;
     command)
@@ -110,6 +116,6 @@ _{function}() {{
   esac
 }}
 """
-    text = "".join(cases)
-    tags = TAGS.format(function=function) if f"_{function}_tags" in text or f"_{function}_assignments" in text else ""
+    with_tags = any(f"_{function}_{name}" in cases for name in NEED_A_PROJECT)
+    tags = TAGS.format(function=function) if with_tags else ""
     return "\n".join(part for part in [head, tags, body, f"_{function} \"$@\"\n"] if part)
