@@ -36,23 +36,14 @@ std::optional<int> parse_int(std::string_view text) {
   return value;
 }
 
-std::optional<std::uint32_t> find_row(const Project& project, std::string_view name) {
-  const auto found = std::find_if(project.tags.begin(), project.tags.end(),
-                                  [name](const Tag& tag) { return tag.name == name; });
-  if (found == project.tags.end()) {
-    return std::nullopt;
-  }
-  return static_cast<std::uint32_t>(found - project.tags.begin());
-}
-
 // NAME[INDEX] of an array tag NAME; nothing when there is no such tag.
-std::optional<Selection> select_element(const Project& project, std::string_view text) {
+std::optional<Selection> select_element(const Project& project, const TagRows& rows, std::string_view text) {
   const auto bracket = text.rfind('[');
   if (bracket == std::string_view::npos || !text.ends_with(']')) {
     return std::nullopt;
   }
   const auto index = parse_int(text.substr(bracket + 1, text.size() - bracket - 2));
-  const auto row = find_row(project, text.substr(0, bracket));
+  const auto row = rows.find(text.substr(0, bracket));
   if (!index || !row || !project.tags[*row].is_array()) {
     return std::nullopt;
   }
@@ -191,21 +182,33 @@ Selection select_row(const Project& project, std::uint32_t row) {
   return {tag.name, row, tag, std::nullopt};
 }
 
-Selection select(const Project& project, std::string_view text) {
-  if (const auto row = find_row(project, text)) {
+TagRows::TagRows(const Project& project) {
+  rows_.reserve(project.tags.size());
+  // Of several tags of one name the first counts.
+  for (std::uint32_t row = 0; row < project.tags.size(); ++row) {
+    rows_.emplace(project.tags[row].name, row);
+  }
+}
+
+std::optional<std::uint32_t> TagRows::find(std::string_view name) const {
+  const auto found = rows_.find(name);
+  return found == rows_.end() ? std::nullopt : std::optional(found->second);
+}
+
+std::optional<Selection> find_tag(const Project& project, const TagRows& rows, std::string_view text) {
+  if (const auto row = rows.find(text)) {
     return select_row(project, *row);
   }
   const auto mark = text.rfind(kBitMark);
   auto name = text.substr(0, mark);
   std::optional<Selection> selection;
-  if (const auto row = find_row(project, name)) {
+  if (const auto row = rows.find(name)) {
     selection = select_row(project, *row);
   } else {
-    selection = select_element(project, name);
+    selection = select_element(project, rows, name);
   }
   if (!selection) {
-    throw UserError(
-        fmt::format("{}: the project has no tag of that name; see: ostravel-tags dump PROJECT", text));
+    return std::nullopt;
   }
   if (mark != std::string_view::npos) {
     if (!is_single(selection->tag)) {
@@ -215,7 +218,16 @@ Selection select(const Project& project, std::string_view text) {
     use_bit(*selection, text.substr(mark + kBitMark.size()));
   }
   selection->text = text;
-  return *selection;
+  return selection;
+}
+
+Selection select(const Project& project, std::string_view text) {
+  auto selection = find_tag(project, TagRows(project), text);
+  if (!selection) {
+    throw UserError(
+        fmt::format("{}: the project has no tag of that name; see: ostravel-tags dump PROJECT", text));
+  }
+  return *std::move(selection);
 }
 
 std::vector<Access> read_accesses(const Selection& selection, bool char_paired) {

@@ -9,6 +9,7 @@
 #include <span>
 #include <string>
 #include <string_view>
+#include <unordered_map>
 #include <vector>
 
 #include "host/project.h"
@@ -42,8 +43,20 @@ struct Selection {
   std::optional<std::uint8_t> bit;  // 0 to 31
 };
 
-// By tag name, NAME[INDEX] for one element of an array tag, NAME.%X3 for bit 3. Throws UserError.
+// The rows of a project by name, for many look-ups. The project must outlive it and keep its tags.
+class TagRows {
+ public:
+  explicit TagRows(const Project& project);
+  std::optional<std::uint32_t> find(std::string_view name) const;
+
+ private:
+  std::unordered_map<std::string_view, std::uint32_t> rows_;
+};
+
+// By tag name, NAME[INDEX] for one element of an array tag, NAME.%X3 for bit 3. Throws UserError; find_tag
+// gives nothing when the project has no tag of that name.
 Selection select(const Project& project, std::string_view text);
+std::optional<Selection> find_tag(const Project& project, const TagRows& rows, std::string_view text);
 Selection select_row(const Project& project, std::uint32_t row);
 
 // The records that read a selection: one, or one for each text of an array of texts.

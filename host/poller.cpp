@@ -3,11 +3,13 @@
 
 #include <algorithm>
 
+#include "host/reference/statuscatalogue.h"
+
 namespace ostravel::host {
 namespace {
 
 constexpr std::chrono::milliseconds kFirstPause{100};
-constexpr std::chrono::milliseconds kLongestPause{3000};
+constexpr std::chrono::milliseconds kLongestPause{5000};
 constexpr std::chrono::milliseconds kLoadingPause{50};
 
 }  // namespace
@@ -29,16 +31,7 @@ const char* to_text(LinkState state) {
 }
 
 const char* to_text_of_error(BYTE error) {
-  switch (error) {
-    case 0:
-      return "ok";
-    case 2:
-      return "no data";
-    case 13:
-      return "not ready";
-    default:
-      return "unknown";
-  }
+  return input_status_name(error).data();  // a literal, so it ends in a NUL
 }
 
 Poller::Poller(Session& session, std::vector<Selection> selections, bool char_paired,
@@ -74,14 +67,10 @@ void Poller::add_to_batches(std::size_t selection) {
 }
 
 Poller::Batch& Poller::batch_with_room(std::size_t places) {
-  for (auto& batch : batches_) {
-    if (!batch.closed) {
-      if (batch.accesses.size() + places <= kBatchLimit) {
-        return batch;
-      }
-      batch.closed = true;
-    }
+  if (open_batch_ && batches_[*open_batch_].accesses.size() + places <= kBatchLimit) {
+    return batches_[*open_batch_];
   }
+  open_batch_ = batches_.size();
   auto& batch = batches_.emplace_back();
   if (stamp_) {
     batch.accesses = read_accesses(*stamp_, char_paired_);
@@ -91,7 +80,7 @@ Poller::Batch& Poller::batch_with_room(std::size_t places) {
 }
 
 void Poller::add_alone(const Access& access, Part part) {
-  Batch batch{{access}, {part}, true};
+  Batch batch{{access}, {part}};
   if (stamp_) {
     const auto stamp = read_accesses(*stamp_, char_paired_);
     batch.accesses.push_back(stamp.front());
@@ -115,7 +104,7 @@ void Poller::keep_texts_off_first_place() {
       kept.push_back(std::move(batch));
     } else {
       for (std::size_t i = 0; i < batch.accesses.size(); ++i) {
-        kept.push_back({{batch.accesses[i]}, {batch.parts[i]}, true});
+        kept.push_back({{batch.accesses[i]}, {batch.parts[i]}});
       }
     }
   }
@@ -130,6 +119,10 @@ LinkState Poller::poll() {
       return link_ = not_served(answer);
     }
     take(batch, answer);
+    link_ = LinkState::Online;
+    if (after_batch_) {
+      after_batch_(next_batch_ + 1);
+    }
   }
   next_batch_ = 0;
   pause_ = std::chrono::milliseconds(0);

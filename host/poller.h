@@ -9,8 +9,10 @@
 
 #include <chrono>
 #include <cstdint>
+#include <functional>
 #include <nlohmann/json.hpp>
 #include <optional>
+#include <utility>
 #include <vector>
 
 #include "host/access.h"
@@ -59,6 +61,8 @@ class Poller {
   const Selection& selection(std::size_t i) const { return selections_[i]; }
   const TagState& state(std::size_t i) const { return states_[i]; }
   std::size_t batches() const { return batches_.size(); }
+  // Is called after each batch that was served with how many of this round are done.
+  void after_batch(std::function<void(std::size_t)> function) { after_batch_ = std::move(function); }
   std::uint64_t reinitialisations() const { return reinitialisations_; }
 
  private:
@@ -69,7 +73,6 @@ class Poller {
   struct Batch {
     std::vector<Access> accesses;
     std::vector<std::optional<Part>> parts;  // of each access; none: the stamp
-    bool closed = false;                     // takes no more
   };
   void add_to_batches(std::size_t selection);
   Batch& batch_with_room(std::size_t places);
@@ -84,9 +87,11 @@ class Poller {
   bool char_paired_;
   std::optional<Selection> stamp_;
   std::vector<Batch> batches_;
+  std::optional<std::size_t> open_batch_;  // the one that takes more; only while batches are made
   std::vector<TagState> states_;
   std::vector<std::vector<Record>> records_;  // of each selection, collected over the batches
   std::size_t next_batch_ = 0;
+  std::function<void(std::size_t)> after_batch_;
   LinkState link_ = LinkState::Connecting;
   std::chrono::milliseconds pause_{0};
   std::uint64_t reinitialisations_ = 0;

@@ -5,6 +5,7 @@
 
 #include <memory>
 
+#include "host/commands/polling.h"
 #include "host/commands/shared.h"
 #include "host/config/devices.h"
 #include "host/table.h"
@@ -16,7 +17,7 @@ namespace {
 int read_tags(const CommonOptions& common, const std::vector<std::string>& names) {
   Devices devices(common);
   TagPoller poller(devices, devices.projects().tags(names));
-  if (!poller.poll_all(common.timeout())) {
+  if (!poll_all(poller, common.timeout())) {
     return no_plc(devices, poller, common.timeout());
   }
   auto* out = devices.output().stream();

@@ -5,6 +5,7 @@
 
 #include <memory>
 
+#include "host/commands/polling.h"
 #include "host/commands/shared.h"
 #include "host/config/devices.h"
 #include "host/files.h"
@@ -118,7 +119,7 @@ int write_tags(const CommonOptions& common, const std::vector<std::string>& text
   }
   // A write before the device serves reads would go nowhere, and its answer would not tell.
   TagPoller poller(devices, std::move(tags));
-  if (!poller.poll_all(common.timeout())) {
+  if (!poll_all(poller, common.timeout())) {
     return no_plc(devices, poller, common.timeout());
   }
   for (const auto& assignment : assignments) {
@@ -126,7 +127,7 @@ int write_tags(const CommonOptions& common, const std::vector<std::string>& text
       devices.session(assignment.tag.device).write(write);
     }
   }
-  if (!poller.poll_all(common.timeout())) {
+  if (!poll_all(poller, common.timeout())) {
     return no_plc(devices, poller, common.timeout());
   }
   RowWriter rows(devices.output().stream(), common.format(), tag_columns());

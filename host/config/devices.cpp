@@ -58,35 +58,95 @@ TagPoller::TagPoller(Devices& devices, std::vector<DeviceTag> tags)
   for (std::size_t i = 0; i < devices.size(); ++i) {
     if (!selections[i].empty()) {
       used_.push_back(i);
-      parts_[i].emplace();
-      parts_[i]->poller = std::make_unique<Poller>(devices.session(i), std::move(selections[i]),
-                                                   devices.projects().project(i).char_paired);
+      const auto& config = devices.projects().device(i);
+      parts_[i].emplace(Part{std::make_unique<Poller>(devices.session(i), std::move(selections[i]),
+                                                      devices.projects().project(i).char_paired),
+                             Recovery(config.name.empty() ? config.address : config.name)});
     }
   }
+}
+
+bool TagPoller::poll(Part& part) {
+  const auto link = part.poller->poll();
+  const auto now = Clock::now();
+  const auto pause = part.poller->pause();
+  part.served = link == LinkState::Online || part.served;
+  part.due = now + pause;
+  if (const auto line = part.recovery.observe(link, part.poller->reinitialisations(), pause, now)) {
+    say(*line);
+  }
+  return link == LinkState::Online;
 }
 
 bool TagPoller::poll() {
   bool all = true;
   for (const auto device : used_) {
     auto& part = *parts_[device];
+    part.asked = 0;
     if (Clock::now() >= part.due) {
-      part.served = part.poller->poll() == LinkState::Online || part.served;
-      part.due = Clock::now() + part.poller->pause();
+      poll(part);
     }
     all = all && part.poller->link() == LinkState::Online;
   }
+  tell_progress();
   return all;
 }
 
 bool TagPoller::poll_all(std::chrono::milliseconds timeout) {
   const auto until = Clock::now() + timeout;
-  while (!poll()) {
-    if (Clock::now() + pause() >= until || interrupted()) {
+  for (const auto device : used_) {
+    parts_[device]->complete = false;
+    parts_[device]->asked = 0;
+  }
+  for (;;) {
+    auto next = Clock::time_point::max();
+    for (const auto device : used_) {
+      auto& part = *parts_[device];
+      part.complete = part.complete || (Clock::now() >= part.due && poll(part));
+      next = part.complete ? next : std::min(next, part.due);
+    }
+    tell_progress();
+    if (next == Clock::time_point::max()) {
+      return true;
+    }
+    if (std::max(next, Clock::now()) >= until || interrupted()) {
       return false;
     }
-    sleep_unless_interrupted(pause());
+    sleep_unless_interrupted(std::chrono::ceil<std::chrono::milliseconds>(next - Clock::now()));
   }
-  return true;
+}
+
+void TagPoller::say(const std::string& line) const {
+  if (say_) {
+    say_(line);
+  } else {
+    fmt::print(stderr, "ostravel-host: {}\n", line);
+  }
+}
+
+void TagPoller::on_progress(Watcher watcher) {
+  watcher_ = std::move(watcher);
+  for (const auto device : used_) {
+    auto& part = *parts_[device];
+    part.poller->after_batch([this, &part](std::size_t done) {
+      part.asked = part.poller->size() * done / part.poller->batches();
+      tell_progress();
+    });
+  }
+}
+
+void TagPoller::tell_progress() const {
+  if (!watcher_) {
+    return;
+  }
+  std::size_t asked = 0;
+  const char* trouble = nullptr;
+  for (const auto device : used_) {
+    asked += parts_[device]->asked;
+    const auto link = parts_[device]->poller->link();
+    trouble = trouble == nullptr && link != LinkState::Online ? to_text(link) : trouble;
+  }
+  watcher_(asked, trouble);
 }
 
 std::chrono::milliseconds TagPoller::pause() const {

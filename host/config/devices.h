@@ -9,9 +9,11 @@
 
 #include <chrono>
 #include <cstddef>
+#include <functional>
 #include <memory>
 #include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "host/commands/command.h"
@@ -19,6 +21,7 @@
 #include "host/driverlibrary.h"
 #include "host/output.h"
 #include "host/poller.h"
+#include "host/recovery.h"
 #include "host/session.h"
 
 namespace ostravel::host {
@@ -53,13 +56,23 @@ class TagPoller {
 
   // The devices must outlive it.
   TagPoller(Devices& devices, std::vector<DeviceTag> tags);
+  TagPoller(const TagPoller&) = delete;
+  TagPoller& operator=(const TagPoller&) = delete;
 
   // Polls each device that is not in a pause once. True when all of them serve.
   bool poll();
 
-  // Polls until each tag has been asked for once; false when the time ran out before, or on Ctrl+C when the
-  // program heeds it (interrupt.h).
+  // Polls each device until all its tags have been asked for once; false when the time ran out before, or on
+  // Ctrl+C when the program heeds it (interrupt.h).
   bool poll_all(std::chrono::milliseconds timeout);
+
+  // Takes a line, without the program's name, when a connection is lost, tried again and back (recovery.h).
+  // Without one the lines go to stderr.
+  void on_recovery(std::function<void(const std::string&)> say) { say_ = std::move(say); }
+  // Is called within the polls, after each batch and each round, with how many tags of all have been asked
+  // for in this round and how the first device that does not serve stands; null when all do.
+  using Watcher = std::function<void(std::size_t asked, const char* trouble)>;
+  void on_progress(Watcher watcher);
 
   // Until the next device is due; 0 when one is.
   std::chrono::milliseconds pause() const;
@@ -80,19 +93,29 @@ class TagPoller {
  private:
   struct Part {
     std::unique_ptr<Poller> poller;
+    Recovery recovery;
     Clock::time_point due{};
     bool served = false;
+    std::size_t asked = 0;  // tags, in this round
+    bool complete = false;  // all of this round
   };
   struct Place {
     std::size_t device;
     std::size_t index;  // in the device's poller
   };
 
+  // True when the device serves.
+  bool poll(Part& part);
+  void say(const std::string& line) const;
+  void tell_progress() const;
+
   Devices& devices_;
   std::vector<DeviceTag> tags_;
   std::vector<Place> places_;  // of each tag
   std::vector<std::size_t> used_;
   std::vector<std::optional<Part>> parts_;  // of each device
+  std::function<void(const std::string&)> say_;
+  Watcher watcher_;
 };
 
 }  // namespace ostravel::host

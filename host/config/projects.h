@@ -24,6 +24,8 @@ class Projects {
  public:
   // Loads each device's project file. Throws UserError.
   explicit Projects(std::vector<DeviceConfig> devices);
+  Projects(const Projects&) = delete;
+  Projects& operator=(const Projects&) = delete;
 
   std::size_t size() const { return devices_.size(); }
   const DeviceConfig& device(std::size_t i) const { return devices_[i]; }
@@ -38,9 +40,11 @@ class Projects {
 
  private:
   DeviceTag tag(std::size_t device, Selection selection) const;
+  DeviceTag find_in(std::size_t device, std::string_view text) const;
 
   std::vector<DeviceConfig> devices_;
   std::vector<ProjectFile> files_;
+  std::vector<TagRows> rows_;  // of each device
 };
 
 }  // namespace ostravel::host

@@ -130,7 +130,7 @@ TEST(OstravelHost, MistakesAreOneLineAndACode) {
   const Packed packed;
   const std::vector<std::pair<std::vector<std::string>, std::string>> mistakes{
       {{"--project", packed.project, "read", "None"},
-       "None: the project has no tag of that name; see: ostravel-tags dump PROJECT"},
+       "None: the project has no tag of that name; see: ostravel-tags dump " + packed.project},
       {{"--project", packed.project, "write", "Level"}, "'Level' is no assignment; write NAME=VALUE"},
       {{"--project", packed.project, "write", "Level=70000"},
        "Level: 70000 does not fit INT (-32768 to 32767)"},

@@ -58,6 +58,17 @@ TEST(Poller, MoreTagsThanABatchHoldsAreReadInSeveral) {
   }
 }
 
+TEST(Poller, TellsAfterEachBatchHowManyAreDone) {
+  FakeWorld world;
+  const auto project = many(world, 70);
+  Session session(world.driver, world.settings);
+  Poller poller(session, all(project), false);
+  std::vector<std::size_t> done;
+  poller.after_batch([&done](std::size_t batches) { done.push_back(batches); });
+  poller.poll();
+  EXPECT_THAT(done, ElementsAre(1, 2, 3));
+}
+
 TEST(Poller, StampIsReadWithEveryBatch) {
   FakeWorld world;
   const auto project = many(world, 40);
@@ -119,18 +130,18 @@ TEST(Poller, LostConnectionIsFollowedByInitialisationUntilTheDeviceServes) {
   EXPECT_EQ(poller.poll(), LinkState::Online);
 }
 
-TEST(Poller, PausesGrowFromFailureToFailureUpToAFewSeconds) {
+TEST(Poller, PausesGrowFromFailureToFailureUpToFiveSeconds) {
   FakeWorld world;
   const auto project = many(world, 1);
   Session session(world.driver, world.settings);
   Poller poller(session, all(project), false);
   world.fake().failed_loader = 10;
   std::vector<long> pauses;
-  for (int i = 0; i < 8; ++i) {
+  for (int i = 0; i < 9; ++i) {
     poller.poll();
     pauses.push_back(poller.pause().count());
   }
-  EXPECT_THAT(pauses, ElementsAre(100, 200, 400, 800, 1600, 3000, 3000, 3000));
+  EXPECT_THAT(pauses, ElementsAre(100, 200, 400, 800, 1600, 3200, 5000, 5000, 5000));
   world.fake().failed_loader = 0;
   poller.poll();
   EXPECT_EQ(poller.pause().count(), 0);
