@@ -70,8 +70,13 @@ class OnlineWrite : public Work {
         buffer_(kAccessBuffer) {
     tag_ = {names_[0].c_str(), access.type.value, access.type.words * static_cast<int>(sizeof(WORD)),
             buffer_.data()};
-    // Of a type without an element size in a write nothing is encoded, but for a Boolean's bit.
+    // Of a type without an element size in a write nothing is encoded.
     elements_ = access.type.code == DT_LTIME ? 0 : access.count;
+    // A Boolean travels as two bytes, and so as two elements; the second is the library's to reject.
+    if (access.type.code == DT_BOOL) {
+      elements_ = 2;
+      words_.assign(2, 1);
+    }
   }
 
   void by_driver() override { batch_.call(); }
