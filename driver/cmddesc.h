@@ -44,10 +44,10 @@ struct stCmdDesc {
   std::size_t DataBytes = 0;  // at the start of DataBuffer that may be other than zero
   std::size_t Place = 0;      // of tag_name among the paths of its step
 
-  // Makes all of DataBuffer zero.
-  void ClearData() {
-    std::memset(DataBuffer, 0, DataBytes);
-    DataBytes = 0;
+  // To be called when the first `bytes` bytes of DataBuffer are the command's data: all others become zero.
+  void EndData(std::size_t bytes) {
+    if (bytes < DataBytes) std::memset(DataBuffer + bytes, 0, DataBytes - bytes);
+    DataBytes = bytes;
   }
 };
 

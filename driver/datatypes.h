@@ -16,7 +16,7 @@ enum class WordForm : std::uint8_t {
   String,  // a byte a word or bytes as they are, by the table's version
 };
 
-struct DataTypeInfo {
+struct alignas(8) DataTypeInfo {
   BYTE code;           // DATA_TYPE
   BYTE runtime_type;   // the runtime's number for it; 0: it has none
   BYTE element_bytes;  // of one element in a response; 0: the type is not known to requests

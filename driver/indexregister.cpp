@@ -1,8 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "driver/indexregister.h"
 
-#include <stdexcept>
-
 #include "driver/arrayelement.h"
 
 namespace {
@@ -19,8 +17,8 @@ bool substitute_index(std::string_view name, WORD array_index, std::string& resu
   const std::size_t end = name.find(kPlaceholderEnd);
   if (end == std::string_view::npos) return false;
   const std::size_t begin = name.rfind('[', end);
-  // Deliberately: such a name means no variable.
-  if (begin == std::string_view::npos) throw std::out_of_range("basic_string::substr: no [ before INDEX]");
+  // Raises when there is no "[", deliberately: such a name means no variable.
+  if (begin == std::string_view::npos) (void)std::string(name).substr(begin);
   result.assign(name, 0, begin);
   append_index(result, array_index);
   result.append(name, end + kPlaceholderEnd.size());

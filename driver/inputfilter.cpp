@@ -66,9 +66,8 @@ void read_step(GData& device) {
 }
 
 void convert(stCmdDesc& command, std::span<const unsigned char> data, std::uint32_t table_version) {
-  command.ClearData();
   command.Cmd_Status = !data.empty();
-  if (!command.Cmd_Status) return;
+  if (!command.Cmd_Status) return command.EndData(0);
   // Without an index of its own the value starts where the data starts; else it is picked out of the whole
   // array.
   const bool whole = command.ArrayIndex == kNoArrayIndex || command.DataType == DT_STRING ||

@@ -39,6 +39,22 @@ void rename_string_element(GData& device, stTag& tag) {
   tag.TagIndex = rebuilt.row;
 }
 
+using Entry = std::map<stTag, std::uint64_t>::iterator;
+
+// The element's entry, made with the value 0 when there is none. An element's entry lies behind that of the
+// one before, so that is where it is looked for first.
+Entry entry_of(GData& device, Entry expected, const stTag& tag) {
+  if (expected != device.GMap.end()) {
+    const stTag& found = expected->first;
+    if (found.pTagName == tag.pTagName && found.TagIndex == tag.TagIndex &&
+        found.ArrayIndex == tag.ArrayIndex && found.DataType == tag.DataType &&
+        found.BitIndex == tag.BitIndex) {
+      return expected;
+    }
+  }
+  return device.GMap.try_emplace(expected, tag, 0);
+}
+
 // Reads the elements of one request into its command's buffer.
 void read_request(GData& device, GUI_REQUEST& request, stCmdDesc& command) {
   stTag tag;
@@ -51,9 +67,9 @@ void read_request(GData& device, GUI_REQUEST& request, stCmdDesc& command) {
 
   const std::size_t words = data_type_info(tag.DataType).offline_words;
   std::size_t position = 0;
-  auto expected = device.GMap.end();  // an element's entry lies behind that of the one before
+  Entry expected = device.GMap.end();
   for (INT i = 0; i < count; ++i, position += words, ++tag.ArrayIndex) {
-    const auto entry = device.GMap.try_emplace(expected, tag, 0);
+    const Entry entry = entry_of(device, expected, tag);
     expected = std::next(entry);
     if (words == 0 || position >= kDataBufferWords) continue;
     // A 32-bit element stores all 8 bytes and is overwritten from its middle by the next one, deliberately.
@@ -92,10 +108,12 @@ std::uint64_t element_value(const GUI_REQUEST& request, BYTE data_type, std::siz
 void write_words(GData& device, const GUI_REQUEST& request, stTag tag, INT count) {
   rename_string_element(device, tag);
   std::uint64_t value = 0;
-  auto expected = device.GMap.end();
+  Entry expected = device.GMap.end();
   for (INT i = 0; i < count; ++i, ++tag.ArrayIndex) {
     value = element_value(request, tag.DataType, static_cast<std::size_t>(i), value);
-    expected = std::next(device.GMap.insert_or_assign(expected, tag, value));
+    const Entry entry = entry_of(device, expected, tag);
+    entry->second = value;
+    expected = std::next(entry);
   }
 }
 

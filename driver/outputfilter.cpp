@@ -50,9 +50,14 @@ void set_up_commands(GData& device, GUI_REQUEST* requests, int count) {
   }
 }
 
-// Arrays at the head and scalars at the tail; the first request stays behind all arrays.
+// Queues the commands, arrays at the head and scalars at the tail; the first request stays behind all arrays.
+// All are packed into one step: a device has fewer than a step may hold.
 void build_queue(GData& device, int count) {
+  static_assert(kCommandPoolSize < kCommandsPerStep);
+  stCmdRestrictInfo step;
+  InitCmdRestrictInfo(&step);
   SetCmdQueueHead(&device.GCmdDesc[0]);
+  CanPackCmd(&device.GCmdDesc[0], &step);
   for (int i = 1; i < count; ++i) {
     stCmdDesc& command = device.GCmdDesc[i];
     if (command.ElementCounts < 2) {
@@ -60,16 +65,7 @@ void build_queue(GData& device, int count) {
     } else {
       AddCmdQueueHead(&command);
     }
-  }
-}
-
-// Packs the queued commands, all of them into one step: a device has fewer than a step may hold.
-void pack_queue(GData& device) {
-  static_assert(kCommandPoolSize < kCommandsPerStep);
-  stCmdRestrictInfo step;
-  InitCmdRestrictInfo(&step);
-  for (stCmdDesc* command = device.pGCmdQueue; command != nullptr; command = command->pNext) {
-    CanPackCmd(command, &step);
+    CanPackCmd(&command, &step);
   }
   device.GPackSize[device.GTotalStep++] = step.CmdCounts;
 }
@@ -78,7 +74,6 @@ FRAME_DATA read(GData& device, GUI_REQUEST* requests, int count, const stTag& ta
   if (device.pGCmdQueue == nullptr) {
     set_up_commands(device, requests, count);
     build_queue(device, count);
-    pack_queue(device);
   }
   // The head's mark goes whatever tag it holds, and also while a cycle is under way, deliberately.
   if (tag.DataType == DT_STRING) device.pGCmdQueue->is_wstring = false;

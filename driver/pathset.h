@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
-// Which of a step's paths are already in its batch: a table of places by hash, twice as large as a step.
+// Which of a step's paths are already in its batch: their places by hash, in a table twice as large as a
+// step.
 #pragma once
 
 #include <array>
@@ -13,17 +14,20 @@ class PathSet {
  public:
   // The place of the name in the batch, where it is added unless an equal one is there.
   std::size_t PlaceOf(const TagName& name, ReadBatch& batch) {
-    std::size_t slot = name.hash() % places_.size();
-    for (; places_[slot] != 0; slot = (slot + 1) % places_.size()) {
-      const std::size_t place = places_[slot] - 1U;
-      if (batch.path(place) == name.view()) return place;
+    // The hash's low bits choose the slot, the next ones stand in it and spare most comparisons.
+    const std::uint32_t mark = name.hash() / kSlots * kSlots & 0xFFFF;
+    std::size_t slot = name.hash() % kSlots;
+    for (; slots_[slot] != 0; slot = (slot + 1) % kSlots) {
+      const std::uint32_t place = slots_[slot] % kSlots - 1;
+      if ((slots_[slot] - place - 1) == mark && batch.path(place) == name.view()) return place;
     }
     const std::size_t place = batch.Add(name.view());
-    places_[slot] = static_cast<std::uint8_t>(place + 1);
+    slots_[slot] = static_cast<std::uint16_t>(mark + place + 1);
     return place;
   }
 
  private:
-  std::array<std::uint8_t, 64> places_{};  // place + 1; 0: free
-  static_assert(kCommandPoolSize < 64);
+  static constexpr std::uint32_t kSlots = 64;
+  static_assert(kCommandPoolSize < kSlots);
+  std::array<std::uint16_t, kSlots> slots_{};  // mark + place + 1; 0: free
 };

@@ -58,7 +58,7 @@ class SectionReader {
   }
 
   // Carries what is left over into a chunk that has room for count bytes.
-  void Refill(std::size_t count) {
+  [[gnu::cold]] void Refill(std::size_t count) {
     if (file_ == nullptr) return;
     const std::size_t kept = window_.size();
     const std::size_t size = std::max(count, std::min(kChunk, kept + bytes_left_));

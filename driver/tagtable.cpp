@@ -23,6 +23,38 @@ CTagTable::stTagInfo empty_row() {
   return row;
 }
 
+void take_numbers(const BYTE* numbers, CTagTable::stTagInfo& row) {
+  row.DeviceID = numbers[0];
+  row.Reserved = load_unaligned<DWORD>(numbers + 1);
+  row.Reserved2 = load_unaligned<DWORD>(numbers + 5);
+}
+
+// False, with the file at its end, for a row that is not there whole.
+inline bool read_row(SectionReader& reader, CTagTable::stTagInfo& row) {
+  const std::span<const BYTE> length_bytes = reader.TakeUpTo(sizeof(WORD));
+  if (length_bytes.size() < sizeof(WORD)) return false;
+  const std::size_t length = load_unaligned<WORD>(length_bytes.data());
+  const std::span<BYTE> bytes = reader.TakeUpTo(length + kRowNumbers);
+  if (bytes.size() < length + kRowNumbers) return false;
+  take_numbers(bytes.data() + length, row);
+  bytes[length] = 0;  // the device id's place
+  row.pStringA = reinterpret_cast<char*>(bytes.data());
+  return true;
+}
+
+// The same with 16-bit characters. They do not stay where they were read: there they lie at odd addresses.
+bool read_wide_row(SectionReader& reader, std::vector<std::unique_ptr<char16_t[]>>& names,
+                   CTagTable::stTagInfo& row) {
+  const auto length = reader.Number<WORD>();
+  const std::size_t name_bytes = length * sizeof(char16_t);
+  const std::span<BYTE> bytes = reader.TakeUpTo(name_bytes + kRowNumbers);
+  if (bytes.size() < name_bytes + kRowNumbers) return false;
+  take_numbers(bytes.data() + name_bytes, row);
+  row.pString = names.emplace_back(std::make_unique<char16_t[]>(length + std::size_t{1})).get();
+  std::memcpy(row.pString, bytes.data(), name_bytes);
+  return true;
+}
+
 using File = std::unique_ptr<std::FILE, int (*)(std::FILE*)>;
 
 std::size_t bytes_from(std::FILE* file, DWORD position) {
@@ -36,6 +68,9 @@ const char* name_of(const stTag& tag) {
 }
 
 }  // namespace
+
+const CTagTable::stTagInfo CTagTable::kNoRow = empty_row();
+const NameTraits CTagTable::kNoName = {.hash = hash_of_name({}), .known = true};
 
 void CTagTable::Read(const char* pFileName, DWORD pos) {
   const File file(std::fopen(pFileName, "rb"), std::fclose);
@@ -66,33 +101,13 @@ void CTagTable::ReadRows(SectionReader& reader, std::size_t most_rows) {
   index_.Clear();
   rows_.reserve(std::min<std::size_t>(m_Counts, most_rows));
   stTagInfo row = empty_row();
-  while (rows_.size() < m_Counts && ReadRow(reader, row)) rows_.push_back(row);
+  if (m_bUseUNICODE) {
+    for (UINT i = 0; i < m_Counts && read_wide_row(reader, wide_names_, row); ++i) rows_.push_back(row);
+  } else {
+    for (UINT i = 0; i < m_Counts && read_row(reader, row); ++i) rows_.push_back(row);
+  }
   m_pTagInfo = rows_.empty() ? nullptr : rows_.data();
   traits_.assign(rows_.size(), {});
-}
-
-// False, with the file at its end, for a row that is not there whole.
-bool CTagTable::ReadRow(SectionReader& reader, stTagInfo& row) {
-  const std::span<const BYTE> length_bytes = reader.TakeUpTo(sizeof(WORD));
-  if (length_bytes.size() < sizeof(WORD)) return false;
-  const std::size_t length = load_unaligned<WORD>(length_bytes.data());
-  const std::size_t name_bytes = m_bUseUNICODE ? length * sizeof(char16_t) : length;
-  const std::span<BYTE> bytes = reader.TakeUpTo(name_bytes + kRowNumbers);
-  if (bytes.size() < name_bytes + kRowNumbers) return false;
-
-  BYTE* numbers = bytes.data() + name_bytes;
-  row.DeviceID = numbers[0];
-  row.Reserved = load_unaligned<DWORD>(numbers + 1);
-  row.Reserved2 = load_unaligned<DWORD>(numbers + 5);
-  if (m_bUseUNICODE) {
-    // Not where they were read: there they lie at odd addresses.
-    row.pString = wide_names_.emplace_back(std::make_unique<char16_t[]>(length + 1)).get();
-    std::memcpy(row.pString, bytes.data(), name_bytes);
-  } else {
-    numbers[0] = 0;
-    row.pStringA = reinterpret_cast<char*>(bytes.data());
-  }
-  return true;
 }
 
 void CTagTable::ReadDescriptor(SectionReader& reader) {
@@ -102,18 +117,6 @@ void CTagTable::ReadDescriptor(SectionReader& reader) {
   // A NUL inside the password cuts it short, deliberately.
   m_device_descriptor.device_password.assign(password.begin(),
                                              std::find(password.begin(), password.end(), BYTE{0}));
-}
-
-const CTagTable::stTagInfo* CTagTable::Get(DWORD index) const {
-  static const stTagInfo kNoRow = empty_row();
-  return index < rows_.size() ? &rows_[index] : &kNoRow;
-}
-
-const NameTraits& CTagTable::name_traits(DWORD index) const {
-  static const NameTraits kNoName = {.hash = hash_of_name({}), .known = true};
-  if (index >= traits_.size()) return kNoName;
-  NameTraits& traits = traits_[index];
-  return traits.known ? traits : FindOutTraits(traits, rows_[index].pStringA);
 }
 
 const NameTraits& CTagTable::FindOutTraits(NameTraits& traits, const char* name) const {

@@ -61,10 +61,14 @@ class CTagTable {
 
   // The row at an index that the runtime chose; one outside the table is a row with an empty name and id 0.
   // Never null; valid until the next Read.
-  const stTagInfo* Get(DWORD index) const;
+  const stTagInfo* Get(DWORD index) const { return index < rows_.size() ? &rows_[index] : &kNoRow; }
 
   // Of Get's row. Valid until the next call of Read.
-  const NameTraits& name_traits(DWORD index) const;
+  const NameTraits& name_traits(DWORD index) const {
+    if (index >= traits_.size()) return kNoName;
+    NameTraits& traits = traits_[index];
+    return traits.known ? traits : FindOutTraits(traits, rows_[index].pStringA);
+  }
 
   // First row whose name equals this one byte for byte; -1 when none does.
   INT get_index_by_name(const char* name) const;
@@ -86,9 +90,12 @@ class CTagTable {
 
  private:
   void ReadRows(SectionReader& reader, std::size_t most_rows);
-  bool ReadRow(SectionReader& reader, stTagInfo& row);
   void ReadDescriptor(SectionReader& reader);
-  const NameTraits& FindOutTraits(NameTraits& traits, const char* name) const;
+  [[gnu::cold]] const NameTraits& FindOutTraits(NameTraits& traits, const char* name) const;
+
+  // What stands for a row outside the table.
+  static const stTagInfo kNoRow;
+  static const NameTraits kNoName;
 
   std::vector<stTagInfo> rows_;
   // 8-bit names lie where they were read, each ended by a NUL in place of the device id behind it.

@@ -5,15 +5,13 @@
 
 #include <cstdint>
 #include <span>
-#include <string>
-#include <vector>
 
 #include "driver/cmddesc.h"
 #include "driver/hostrecords.h"
 
-// Fills command.DataBuffer, which the caller has cleared, with WordCount words of the value that lies at
-// element offset of data, or as many of them as data and buffer hold. data is not empty. Marks a wide string.
-// Raises std::out_of_range when the element, or a single byte taken one by one, lies outside data.
+// Fills command.DataBuffer with WordCount words of the value that lies at element offset of data, or as many
+// of them as data and buffer hold; the rest becomes zero. data is not empty. Marks a wide string. Raises
+// std::out_of_range when the element, or a single byte taken one by one, lies outside data.
 void fill_data_buffer(stCmdDesc& command, std::span<const unsigned char> data, WORD offset,
                       std::uint32_t table_version);
 

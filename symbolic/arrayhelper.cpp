@@ -22,16 +22,20 @@ bool IsMultiDimensionArray(std::string_view name) {
   return found != std::string_view::npos && name[found] == ',';
 }
 
-std::string RemoveLastArraySymbol(std::string strTag) {
-  const std::size_t found_pos_start = strTag.rfind('[');
-  const std::size_t found_pos_end = strTag.rfind(']');
+static void remove_last_array_symbol(std::string& path) {
+  const std::size_t found_pos_start = path.rfind('[');
+  const std::size_t found_pos_end = path.rfind(']');
   // For an empty text both sides are npos, deliberately: like a text that ends with "]" and has no "[", it
   // raises.
-  if (found_pos_end == strTag.size() - 1) {
+  if (found_pos_end == path.size() - 1) {
     // Erases as many characters as the "]" stands from the text's start, deliberately: of "[3]" the "]"
     // remains.
-    strTag.erase(found_pos_start, found_pos_end);
+    path.erase(found_pos_start, found_pos_end);
   }
+}
+
+std::string RemoveLastArraySymbol(std::string strTag) {
+  remove_last_array_symbol(strTag);
   return strTag;
 }
 
@@ -39,29 +43,22 @@ bool get_array_description(HandleType root_schema_node, const std::string& tag_p
                            std::vector<unsigned>& lower_lim, std::vector<unsigned>& upper_lim) {
   ArrayBounds bounds;
   const bool described = get_array_description(root_schema_node, std::string_view(tag_path), bounds);
+  if (bounds.dimensions <= 0) return described;
   lower_lim.insert(lower_lim.end(), bounds.lower.begin(), bounds.lower.end());
   upper_lim.insert(upper_lim.end(), bounds.upper.begin(), bounds.upper.end());
   return described;
 }
 
-bool get_array_description(HandleType root_schema_node, std::string_view tag_path, ArrayBounds& bounds) {
+namespace {
+
+// Apart from what is asked of every variable: most are no arrays.
+[[gnu::noinline]] bool fetch_bounds(HandleType node, ArrayBounds& bounds) {
   bounds.lower.clear();
   bounds.upper.clear();
-  const char* array_path = tag_path.data();
-  if (tag_path.empty() || tag_path.back() == ']') {
-    bounds.array_path = RemoveLastArraySymbol(std::string(tag_path));
-    array_path = bounds.array_path.c_str();
-  }
-  HandleType arrayNodeHandle = 0;
-  agl_int32_t error_pos = 0;
-  // Not tested: without a node the next call fails. The node's handle is not freed, deliberately.
-  AGL_Symbolic_GetNodeByPath(root_schema_node, array_path, &arrayNodeHandle, &error_pos);
-  agl_int32_t dimension_count = 0;
-  if (AGL_Symbolic_GetArrayDimensionCount(arrayNodeHandle, &dimension_count) != AGL40_SUCCESS) return false;
-  for (agl_int32_t i = 0; i < dimension_count; ++i) {
+  for (agl_int32_t i = 0; i < bounds.dimensions; ++i) {
     agl_int32_t lower = 0;
     agl_int32_t upper = 0;
-    const agl_int32_t res = AGL_Symbolic_GetArrayDimension(arrayNodeHandle, i, &lower, &upper);
+    const agl_int32_t res = AGL_Symbolic_GetArrayDimension(node, i, &lower, &upper);
     if (res != AGL40_SUCCESS) {
       ErrorHelper::ShowError(res, "AGL_Symbolic_GetArrayDimension");
       return false;
@@ -70,6 +67,26 @@ bool get_array_description(HandleType root_schema_node, std::string_view tag_pat
     bounds.upper.push_back(static_cast<unsigned>(upper));
   }
   return true;
+}
+
+[[gnu::noinline]] const char* array_of_element(std::string_view tag_path, ArrayBounds& bounds) {
+  bounds.array_path = tag_path;
+  remove_last_array_symbol(bounds.array_path);
+  return bounds.array_path.c_str();
+}
+
+}  // namespace
+
+bool get_array_description(HandleType root_schema_node, std::string_view tag_path, ArrayBounds& bounds) {
+  const bool names_array = !tag_path.empty() && tag_path.back() != ']';
+  const char* array_path = names_array ? tag_path.data() : array_of_element(tag_path, bounds);
+  HandleType arrayNodeHandle = 0;
+  agl_int32_t error_pos = 0;
+  // Not tested: without a node the next call fails. The node's handle is not freed, deliberately.
+  AGL_Symbolic_GetNodeByPath(root_schema_node, array_path, &arrayNodeHandle, &error_pos);
+  bounds.dimensions = 0;
+  if (AGL_Symbolic_GetArrayDimensionCount(arrayNodeHandle, &bounds.dimensions) != AGL40_SUCCESS) return false;
+  return bounds.dimensions <= 0 || fetch_bounds(arrayNodeHandle, bounds);
 }
 
 bool array_index_non_zero_start(const std::vector<unsigned>& lower) {

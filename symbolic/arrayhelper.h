@@ -28,13 +28,14 @@ bool get_array_description(HandleType root_schema_node, const std::string& tag_p
 
 // The same into bounds, whose earlier content goes. tag_path is NUL-terminated. What is allocated is kept.
 struct ArrayBounds {
+  agl_int32_t dimensions = 0;  // 0 or less: no array, and lower and upper hold nothing of interest
   std::vector<unsigned> lower;
   std::vector<unsigned> upper;
   std::string array_path;  // scratch
 
   // A one-dimensional array that does not start at 0. Those of several dimensions are never re-based,
   // deliberately.
-  bool needs_rebasing() const { return lower.size() == 1 && lower[0] != 0; }
+  bool needs_rebasing() const { return dimensions == 1 && lower[0] != 0; }
 };
 bool get_array_description(HandleType root_schema_node, std::string_view tag_path, ArrayBounds& bounds);
 

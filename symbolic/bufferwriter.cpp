@@ -5,7 +5,9 @@
 #include <cstdint>
 #include <cstdio>
 #include <cstring>
+#include <span>
 #include <string>
+#include <vector>
 
 #include "symbolic/accessbuffer.h"
 #include "symbolic/assertion.h"
@@ -13,20 +15,39 @@
 
 namespace {
 
-constexpr AssertionPlace kUnknownValueType = {
+constexpr AssertionPlace kUnwritableValueType = {
     "bufferwriter.cpp", 191,
     "void BufferWriter::WriteBufferValue(SymbolicRW_t&, const size_t&, std::vector<unsigned char>, size_t)"};
 
-using Data = std::vector<unsigned char>;
+using Bytes = std::span<const unsigned char>;
 
-// The value at position + offset of data. The value must start inside data at position; what lies past its
-// end is zero.
+// Raises std::out_of_range, in the words of a vector, unless the data has a byte there.
+[[gnu::noinline, gnu::cold]] void check_range(Bytes data, size_t position) {
+  (void)std::vector<unsigned char>(data.begin(), data.end()).at(position);
+}
+
+unsigned char first_byte(Bytes data) {
+  if (data.empty()) check_range(data, 0);
+  return data[0];
+}
+
+// A value that is not there whole. It must start inside data at position; what lies past its end is zero.
 template <class T>
-T value_at(const Data& data, size_t position, size_t offset = 0) {
-  (void)data.at(position);
+[[gnu::noinline, gnu::cold]] T cut_value_at(Bytes data, size_t position, size_t offset) {
+  check_range(data, position);
   T value{};
   const size_t start = position + offset;
   if (start < data.size()) std::memcpy(&value, &data[start], std::min(sizeof value, data.size() - start));
+  return value;
+}
+
+// The value at position + offset of data.
+template <class T>
+T value_at(Bytes data, size_t position, size_t offset = 0) {
+  const size_t start = position + offset;
+  if (start > data.size() || data.size() - start < sizeof(T)) return cut_value_at<T>(data, position, offset);
+  T value;
+  std::memcpy(&value, &data[start], sizeof value);
   return value;
 }
 
@@ -42,12 +63,11 @@ void write_value(Setter<T> set, const char* name, SymbolicRW_t& rw, size_t eleme
   if (res != AGL40_SUCCESS && name != kUnreported) ErrorHelper::ShowError(res, name);
 }
 
-ValueType_t::enum_t value_type_of(const SymbolicRW_t& rw) {
-  ValueType_t::enum_t valueType = ValueType_t::vt_UNDEFINED;
-  if (AGL_Symbolic_GetAccessElementValueType(rw.AccessHandle, &valueType) != AGL40_SUCCESS) {
+void ask_type_to_write(const SymbolicRW_t& rw, ValueType_t::enum_t& type) {
+  type = ValueType_t::vt_UNDEFINED;
+  if (AGL_Symbolic_GetAccessElementValueType(rw.AccessHandle, &type) != AGL40_SUCCESS) {
     std::puts("AGL_Symbolic_GetAccessElementValueType ERROR");
   }
-  return valueType;
 }
 
 SystemType_t::enum_t system_type_of(const SymbolicRW_t& rw) {
@@ -64,7 +84,7 @@ agl_int32_t string_size_of(const SymbolicRW_t& rw) {
   return StringSize;
 }
 
-void write_s5time(SymbolicRW_t& rw, size_t elementIndex, const Data& data, size_t writeIndex) {
+void write_s5time(SymbolicRW_t& rw, size_t elementIndex, Bytes data, size_t writeIndex) {
   constexpr agl_int32_t kRound = 1;
   const agl_int32_t res = AGL_Symbolic_SetAccessBufferS7_S5TimeMs(
       rw.AccessHandle, rw.Buffer, length_of(rw), element_of(elementIndex),
@@ -72,7 +92,7 @@ void write_s5time(SymbolicRW_t& rw, size_t elementIndex, const Data& data, size_
   if (res != AGL40_SUCCESS) ErrorHelper::ShowError(res, "AGL_Symbolic_SetAccessBufferS7_S5TimeMs");
 }
 
-void write_date_and_time(SymbolicRW_t& rw, size_t elementIndex, const Data& data, size_t writeIndex) {
+void write_date_and_time(SymbolicRW_t& rw, size_t elementIndex, Bytes data, size_t writeIndex) {
   const auto part = [&](size_t offset) { return value_at<agl_uint8_t>(data, writeIndex, offset); };
   const agl_int32_t res = AGL_Symbolic_SetAccessBufferS7_Date_and_TimeParts(
       rw.AccessHandle, rw.Buffer, length_of(rw), element_of(elementIndex),
@@ -81,7 +101,7 @@ void write_date_and_time(SymbolicRW_t& rw, size_t elementIndex, const Data& data
   if (res != AGL40_SUCCESS) ErrorHelper::ShowError(res, "AGL_Symbolic_SetAccessBufferS7_Date_and_TimeParts");
 }
 
-void write_dtl(SymbolicRW_t& rw, size_t elementIndex, const Data& data, size_t writeIndex) {
+void write_dtl(SymbolicRW_t& rw, size_t elementIndex, Bytes data, size_t writeIndex) {
   const auto part = [&](size_t offset) { return value_at<agl_uint8_t>(data, writeIndex, offset); };
   const agl_int32_t res = AGL_Symbolic_SetAccessBufferS7_DTLParts(
       rw.AccessHandle, rw.Buffer, length_of(rw), element_of(elementIndex),
@@ -90,15 +110,15 @@ void write_dtl(SymbolicRW_t& rw, size_t elementIndex, const Data& data, size_t w
   if (res != AGL40_SUCCESS) ErrorHelper::ShowError(res, "AGL_Symbolic_SetAccessBufferS7_DTLParts");
 }
 
-void write_uint8(SymbolicRW_t& rw, size_t elementIndex, const Data& data, size_t writeIndex) {
+void write_uint8(SymbolicRW_t& rw, size_t elementIndex, Bytes data, size_t writeIndex) {
   // A Bool is judged by the first byte of the data wherever its element lies, deliberately.
   const bool is_bool = system_type_of(rw) == SystemType_t::st_S7_Bool;
-  const agl_uint8_t value = is_bool ? data.at(0) != 0 : value_at<agl_uint8_t>(data, writeIndex);
+  const agl_uint8_t value = is_bool ? first_byte(data) != 0 : value_at<agl_uint8_t>(data, writeIndex);
   write_value(AGL_Symbolic_SetAccessBufferUInt8, "AGL_Symbolic_SetAccessBufferUInt8", rw, elementIndex,
               value);
 }
 
-void write_uint16(SymbolicRW_t& rw, size_t elementIndex, const Data& data, size_t writeIndex) {
+void write_uint16(SymbolicRW_t& rw, size_t elementIndex, Bytes data, size_t writeIndex) {
   const auto value = value_at<agl_uint16_t>(data, writeIndex);
   // The first two bytes also go into the access buffer as they are, deliberately; the library's call may
   // overwrite them.
@@ -110,37 +130,12 @@ void write_uint16(SymbolicRW_t& rw, size_t elementIndex, const Data& data, size_
                             elementIndex, value);
 }
 
-// A writer that is nothing but a library function, its value's type and the name in the error report. The
-// name of write_uint32 is spelt so deliberately, and failures of the 16-bit integer and the reals go
-// unreported deliberately.
-#define OSTRAVEL_VALUE_WRITER(writer, Function, Type, Name)                                 \
-  void writer(SymbolicRW_t& rw, size_t elementIndex, const Data& data, size_t writeIndex) { \
-    write_value(Function, Name, rw, elementIndex, value_at<Type>(data, writeIndex));        \
-  }
-
-OSTRAVEL_VALUE_WRITER(write_uint32, AGL_Symbolic_SetAccessBufferUInt32, agl_uint32_t,
-                      "AGL_Symbolic_SetAccessBufferUint32")
-OSTRAVEL_VALUE_WRITER(write_uint64, AGL_Symbolic_SetAccessBufferUInt64, agl_uint64_t,
-                      "AGL_Symbolic_SetAccessBufferUInt64")
-OSTRAVEL_VALUE_WRITER(write_int8, AGL_Symbolic_SetAccessBufferInt8, agl_int8_t,
-                      "AGL_Symbolic_SetAccessBufferInt8")
-OSTRAVEL_VALUE_WRITER(write_int16, AGL_Symbolic_SetAccessBufferInt16, agl_int16_t, kUnreported)
-OSTRAVEL_VALUE_WRITER(write_int32, AGL_Symbolic_SetAccessBufferInt32, agl_int32_t,
-                      "AGL_Symbolic_SetAccessBufferInt32")
-OSTRAVEL_VALUE_WRITER(write_int64, AGL_Symbolic_SetAccessBufferInt64, agl_int64_t,
-                      "AGL_Symbolic_SetAccessBufferInt64")
-OSTRAVEL_VALUE_WRITER(write_float32, AGL_Symbolic_SetAccessBufferFloat32, agl_float32_t, kUnreported)
-OSTRAVEL_VALUE_WRITER(write_float64, AGL_Symbolic_SetAccessBufferFloat64, agl_float64_t, kUnreported)
-OSTRAVEL_VALUE_WRITER(write_char8, AGL_Symbolic_SetAccessBufferChar8, agl_char8_t,
-                      "AGL_Symbolic_SetAccessBufferChar8")
-#undef OSTRAVEL_VALUE_WRITER
-
 // A 16-bit character is not written, deliberately.
-void write_char16(SymbolicRW_t&, size_t, const Data&, size_t) {}
+void write_char16(SymbolicRW_t&, size_t, Bytes, size_t) {}
 
-void write_string8(SymbolicRW_t& rw, size_t elementIndex, const Data& data, size_t) {
+void write_string8(SymbolicRW_t& rw, size_t elementIndex, Bytes data, size_t) {
   if (string_size_of(rw) <= 0) return;
-  (void)data.at(0);
+  first_byte(data);
   // As long as the data, zeros and all, and not limited to the declared size, deliberately.
   std::string text(data.begin(), data.end());
   // Two zero bytes are the host's empty string. One zero byte alone raises, deliberately.
@@ -151,9 +146,9 @@ void write_string8(SymbolicRW_t& rw, size_t elementIndex, const Data& data, size
   if (res != AGL40_SUCCESS) ErrorHelper::ShowError(res, "AGL_Symbolic_SetAccessBufferString8");
 }
 
-void write_string16(SymbolicRW_t& rw, size_t elementIndex, const Data& data, size_t) {
+void write_string16(SymbolicRW_t& rw, size_t elementIndex, Bytes data, size_t) {
   if (string_size_of(rw) <= 0) return;
-  (void)data.at(0);
+  first_byte(data);
   // The count handed over is one of bytes, deliberately: twice the characters. The text is as long as it
   // says.
   std::vector<agl_char16_t> text(data.size());
@@ -165,7 +160,7 @@ void write_string16(SymbolicRW_t& rw, size_t elementIndex, const Data& data, siz
   if (res != AGL40_SUCCESS) ErrorHelper::ShowError(res, "AGL_Symbolic_SetAccessBufferString8");
 }
 
-void write_system_specific(SymbolicRW_t& rw, size_t elementIndex, const Data& data, size_t writeIndex) {
+void write_system_specific(SymbolicRW_t& rw, size_t elementIndex, Bytes data, size_t writeIndex) {
   switch (system_type_of(rw)) {
     case SystemType_t::st_S7_Counter:
       return write_value(AGL_Symbolic_SetAccessBufferS7_Counter, "AGL_Symbolic_SetAccessBufferS7_Counter", rw,
@@ -181,10 +176,27 @@ void write_system_specific(SymbolicRW_t& rw, size_t elementIndex, const Data& da
   }
 }
 
-using Writer = void (*)(SymbolicRW_t& rw, size_t elementIndex, const Data& data, size_t writeIndex);
+// The numbers that are nothing but a library function: type, writer, library function, C++ type and the name
+// in the error report. The name of the unsigned 32-bit one is spelt so deliberately, and failures of the
+// 16-bit integer and the reals go unreported deliberately.
+#define OSTRAVEL_NUMBERS(X)                                                                                \
+  X(vt_UINT32, write_uint32, AGL_Symbolic_SetAccessBufferUInt32, agl_uint32_t,                             \
+    "AGL_Symbolic_SetAccessBufferUint32")                                                                  \
+  X(vt_UINT64, write_uint64, AGL_Symbolic_SetAccessBufferUInt64, agl_uint64_t,                             \
+    "AGL_Symbolic_SetAccessBufferUInt64")                                                                  \
+  X(vt_INT8, write_int8, AGL_Symbolic_SetAccessBufferInt8, agl_int8_t, "AGL_Symbolic_SetAccessBufferInt8") \
+  X(vt_INT16, write_int16, AGL_Symbolic_SetAccessBufferInt16, agl_int16_t, kUnreported)                    \
+  X(vt_INT32, write_int32, AGL_Symbolic_SetAccessBufferInt32, agl_int32_t,                                 \
+    "AGL_Symbolic_SetAccessBufferInt32")                                                                   \
+  X(vt_INT64, write_int64, AGL_Symbolic_SetAccessBufferInt64, agl_int64_t,                                 \
+    "AGL_Symbolic_SetAccessBufferInt64")                                                                   \
+  X(vt_FLOAT32, write_float32, AGL_Symbolic_SetAccessBufferFloat32, agl_float32_t, kUnreported)            \
+  X(vt_FLOAT64, write_float64, AGL_Symbolic_SetAccessBufferFloat64, agl_float64_t, kUnreported)            \
+  X(vt_CHAR8, write_char8, AGL_Symbolic_SetAccessBufferChar8, agl_char8_t,                                 \
+    "AGL_Symbolic_SetAccessBufferChar8")
 
-// Elements element to end - 1 and where the first one's value lies in data; chunk bytes further lies the
-// next.
+// Elements element to end - 1, and where the first one's value lies in data; chunk bytes further lies the
+// next. All chunks lie in the data, except that a chunk of 0 bytes says nothing of it.
 struct Elements {
   size_t element;
   size_t end;
@@ -192,71 +204,96 @@ struct Elements {
   size_t chunk;
 };
 
-// Writes elements from the first on for as long as the library says that they are of the same type, which it
-// is asked before each; type is that of the first. Leaves the elements that are not written, with type the
+using Writer = void (*)(SymbolicRW_t& rw, size_t elementIndex, Bytes data, size_t writeIndex);
+
+// Writes elements from the first on for as long as the library says that they are of the run's type, which it
+// is asked before each: the first one's has been. Leaves the elements that are not written, with type the
 // first one's.
 template <Writer write>
-void write_run(SymbolicRW_t& rw, Elements& elements, const Data& data, ValueType_t::enum_t& type) {
+void write_run(SymbolicRW_t& rw, Elements& elements, Bytes data, ValueType_t::enum_t& type) {
   const ValueType_t::enum_t run_type = type;
   do {
     write(rw, elements.element, data, elements.writeIndex);
     elements.writeIndex += elements.chunk;
     if (++elements.element == elements.end) return;
-    type = value_type_of(rw);
+    ask_type_to_write(rw, type);
   } while (type == run_type);
 }
 
-void write_run(SymbolicRW_t& rw, Elements& elements, const Data& data, ValueType_t::enum_t& type) {
-  switch (type) {
+// The same for numbers. Most of what a write of an array costs is spent here, so what lies in the data is
+// found out once, not for each element.
+template <Writer write, ValueType_t::enum_t run_type, class T>
+[[gnu::always_inline]] inline void write_numbers(Setter<T> set, const char* name, SymbolicRW_t& rw,
+                                                 Elements& elements, Bytes data, ValueType_t::enum_t& type) {
+  if (elements.chunk < sizeof(T)) return write_run<write>(rw, elements, data, type);
+  const unsigned char* next = &data[elements.writeIndex];
+  size_t element = elements.element;
+  ValueType_t::enum_t next_type = run_type;
+  for (;;) {
+    T value;
+    std::memcpy(&value, next, sizeof value);
+    write_value<T>(set, name, rw, element, value);
+    next += elements.chunk;
+    if (++element == elements.end) break;
+    ask_type_to_write(rw, next_type);
+    if (next_type != run_type) break;
+  }
+  elements.writeIndex += (element - elements.element) * elements.chunk;
+  elements.element = element;
+  type = next_type;
+}
+
+#define OSTRAVEL_NUMBER(type, writer, Function, Type, Name)                                   \
+  void writer(SymbolicRW_t& rw, size_t elementIndex, Bytes data, size_t writeIndex) {         \
+    write_value<Type>(Function, Name, rw, elementIndex, value_at<Type>(data, writeIndex));    \
+  }                                                                                           \
+  [[gnu::noinline]] void writer##_run(SymbolicRW_t& rw, Elements& elements, Bytes data,       \
+                                      ValueType_t::enum_t& next) {                            \
+    write_numbers<writer, ValueType_t::type, Type>(Function, Name, rw, elements, data, next); \
+  }
+OSTRAVEL_NUMBERS(OSTRAVEL_NUMBER)
+#undef OSTRAVEL_NUMBER
+
+void write_run(SymbolicRW_t& rw, Elements& elements, Bytes data, ValueType_t::enum_t& run_type) {
+  switch (run_type) {
+#define OSTRAVEL_NUMBER(type, writer, Function, Type, Name) \
+  case ValueType_t::type:                                   \
+    return writer##_run(rw, elements, data, run_type);
+    OSTRAVEL_NUMBERS(OSTRAVEL_NUMBER)
+#undef OSTRAVEL_NUMBER
     case ValueType_t::vt_SYSTEM_SPECIFIC:
-      return write_run<write_system_specific>(rw, elements, data, type);
+      return write_run<write_system_specific>(rw, elements, data, run_type);
     case ValueType_t::vt_UINT8:
-      return write_run<write_uint8>(rw, elements, data, type);
+      return write_run<write_uint8>(rw, elements, data, run_type);
     case ValueType_t::vt_UINT16:
-      return write_run<write_uint16>(rw, elements, data, type);
-    case ValueType_t::vt_UINT32:
-      return write_run<write_uint32>(rw, elements, data, type);
-    case ValueType_t::vt_UINT64:
-      return write_run<write_uint64>(rw, elements, data, type);
-    case ValueType_t::vt_INT8:
-      return write_run<write_int8>(rw, elements, data, type);
-    case ValueType_t::vt_INT16:
-      return write_run<write_int16>(rw, elements, data, type);
-    case ValueType_t::vt_INT32:
-      return write_run<write_int32>(rw, elements, data, type);
-    case ValueType_t::vt_INT64:
-      return write_run<write_int64>(rw, elements, data, type);
-    case ValueType_t::vt_CHAR8:
-      return write_run<write_char8>(rw, elements, data, type);
+      return write_run<write_uint16>(rw, elements, data, run_type);
     case ValueType_t::vt_CHAR16:
-      return write_run<write_char16>(rw, elements, data, type);
+      return write_run<write_char16>(rw, elements, data, run_type);
     case ValueType_t::vt_STRING8:
-      return write_run<write_string8>(rw, elements, data, type);
+      return write_run<write_string8>(rw, elements, data, run_type);
     case ValueType_t::vt_STRING16:
-      return write_run<write_string16>(rw, elements, data, type);
-    case ValueType_t::vt_FLOAT32:
-      return write_run<write_float32>(rw, elements, data, type);
-    case ValueType_t::vt_FLOAT64:
-      return write_run<write_float64>(rw, elements, data, type);
+      return write_run<write_string16>(rw, elements, data, run_type);
     default:
-      fail_assertion("false", kUnknownValueType);
+      fail_assertion("false", kUnwritableValueType);
   }
 }
 
-void write_elements(SymbolicRW_t& rw, Elements elements, const Data& data) {
+void write_elements(SymbolicRW_t& rw, Elements elements, Bytes data) {
   if (elements.element >= elements.end) return;
-  ValueType_t::enum_t type = value_type_of(rw);
+  ValueType_t::enum_t type;
+  ask_type_to_write(rw, type);
   while (elements.element < elements.end) write_run(rw, elements, data, type);
 }
 
 }  // namespace
 
-void BufferWriter::WriteBufferValues(SymbolicRW_t& rws, const Data& data, unsigned short source_index,
-                                     unsigned char trunk_size_for_byte) {
+void BufferWriter::WriteBufferValues(SymbolicRW_t& rws, const std::vector<unsigned char>& data,
+                                     unsigned short source_index, unsigned char trunk_size_for_byte) {
   agl_int32_t elementCount = 0;
   AGL_Symbolic_GetAccessBufferElementCount(rws.AccessHandle, &elementCount);
   if (rws.Result != AGL40_SUCCESS || rws.SError != 0) return;
-  const ValueType_t::enum_t valueType = value_type_of(rws);
+  ValueType_t::enum_t valueType;
+  ask_type_to_write(rws, valueType);
   if (valueType == ValueType_t::vt_STRING8 || valueType == ValueType_t::vt_STRING16) {
     WriteBufferValue(rws, 0, data, data.size());
     return;
@@ -267,16 +304,16 @@ void BufferWriter::WriteBufferValues(SymbolicRW_t& rws, const Data& data, unsign
   write_elements(rws, {source_index, source_index + units, 0, trunk_size_for_byte}, data);
 }
 
-void BufferWriter::WriteBufferValue(SymbolicRW_t& rw, const size_t& elementIndex, const Data& data,
-                                    size_t writeIndex) {
+void BufferWriter::WriteBufferValue(SymbolicRW_t& rw, const size_t& elementIndex,
+                                    const std::vector<unsigned char>& data, size_t writeIndex) {
   write_elements(rw, {elementIndex, elementIndex + 1, writeIndex, 0}, data);
 }
 
 // What the functions above do, each under a name of its own.
-#define OSTRAVEL_MEMBER(Writer, writer)                                                     \
-  void BufferWriter::Writer(SymbolicRW_t& rw, const size_t& elementIndex, const Data& data, \
-                            size_t writeIndex) {                                            \
-    writer(rw, elementIndex, data, writeIndex);                                             \
+#define OSTRAVEL_MEMBER(Writer, writer)                                                  \
+  void BufferWriter::Writer(SymbolicRW_t& rw, const size_t& elementIndex,                \
+                            const std::vector<unsigned char>& data, size_t writeIndex) { \
+    writer(rw, elementIndex, data, writeIndex);                                          \
   }
 
 OSTRAVEL_MEMBER(WriteUint8, write_uint8)

@@ -21,9 +21,16 @@ class ReadBatch {
 
   // Adds a path at the end, equal to an earlier one or not, and returns its place, counted from 0. The path
   // is NUL-terminated and must live until the next Clear.
-  std::size_t Add(std::string_view path);
+  std::size_t Add(std::string_view path) {
+    if (size_ == accesses_.size()) MakeRoom();
+    Path& added = paths_[size_];
+    added.path = path;
+    added.value.Clear();
+    accesses_[size_] = {};
+    return size_++;
+  }
 
-  std::size_t size() const { return accesses_.size(); }
+  std::size_t size() const { return size_; }
   std::string_view path(std::size_t place) const { return paths_[place].path; }
 
   // Value bytes after a good job; empty when the path's own access failed. Valid until the next Clear.
@@ -36,7 +43,13 @@ class ReadBatch {
     std::string_view path;
     ValueBytes value;
   };
-  std::vector<Path> paths_;  // of earlier batches as well, for their memory's sake
+  void MakeRoom();
+  std::span<Path> paths() { return std::span(paths_).first(size_); }
+  std::span<SymbolicRW_t> accesses() { return std::span(accesses_).first(size_); }
+
+  std::size_t size_ = 0;
+  // Both hold size_ paths, and behind them those of a larger batch before, for their memory's sake.
+  std::vector<Path> paths_;
   std::vector<SymbolicRW_t> accesses_;
   AccessMemory memory_;
   ArrayBounds bounds_;

@@ -78,9 +78,10 @@ std::map<std::string, Values> SymbolsLoader::ReadMapMultiDataFromPlcByPath(
 }
 
 bool SymbolsLoader::ReadPaths(ReadBatch& batch, int& ReadErrorcode) {
-  const std::span<SymbolicRW_t> rws = batch.accesses_;
+  const std::span<SymbolicRW_t> rws = batch.accesses();
+  const std::span<ReadBatch::Path> paths = batch.paths();
   for (std::size_t i = 0; i < rws.size(); ++i) {
-    prepare_access(root_schema_node, batch.paths_[i].path.data(), rws[i], ReadErrorcode);
+    prepare_access(root_schema_node, paths[i].path.data(), rws[i], ReadErrorcode);
   }
   batch.memory_.Attach(rws);
 
@@ -94,10 +95,8 @@ bool SymbolsLoader::ReadPaths(ReadBatch& batch, int& ReadErrorcode) {
     ReadErrorcode = result;
   } else {
     for (std::size_t i = 0; i < rws.size(); ++i) {
-      ReadBatch::Path& path = batch.paths_[i];
-      if (rws[i].Result == AGL40_SUCCESS) {
-        take_value(root_schema_node, path.path, rws[i], batch.bounds_, path.value);
-      }
+      if (rws[i].Result != AGL40_SUCCESS) continue;
+      take_value(root_schema_node, paths[i].path, rws[i], batch.bounds_, paths[i].value);
     }
   }
   for (const SymbolicRW_t& rw : rws) AGL_Symbolic_FreeHandle(rw.AccessHandle);

@@ -36,10 +36,16 @@ class ValueBytes {
 
   template <class T>
   void Append(T value) {
-    if (storage_.size() - size_ < sizeof value) Grow(sizeof value);
-    std::memcpy(storage_.data() + size_, &value, sizeof value);
+    std::memcpy(MakeRoom(sizeof value), &value, sizeof value);
     size_ += sizeof value;
   }
+
+  // Room for count bytes at the end, to be filled and then counted in by EndAt(behind the last one filled).
+  unsigned char* MakeRoom(std::size_t count) {
+    if (storage_.size() - size_ < count) Grow(count);
+    return storage_.data() + size_;
+  }
+  void EndAt(const unsigned char* end) { size_ = static_cast<std::size_t>(end - storage_.data()); }
 
   // New bytes are zero.
   void Resize(std::size_t size) {
@@ -62,7 +68,7 @@ class ValueBytes {
  private:
   static constexpr std::size_t kKept = 65536;
 
-  void Grow(std::size_t more) {
+  [[gnu::cold]] void Grow(std::size_t more) {
     std::size_t size = storage_.size() * 2 > 16 ? storage_.size() * 2 : 16;
     while (size < size_ + more) size *= 2;
     storage_.resize(size);
