@@ -19,6 +19,7 @@ enum Programs : std::uint8_t {
   kHost = 1,
   kTags = 2,
   kPlc = 4,
+  kHostAndTags = kHost | kTags,
   kEveryProgram = kHost | kTags | kPlc,
 };
 

@@ -24,7 +24,10 @@ std::string driver_path(const std::string& driver) {
   if (!driver.empty()) {
     return driver;
   }
-  return std::filesystem::read_symlink("/proc/self/exe").parent_path() / "libostravel.so";
+  const auto folder = std::filesystem::read_symlink("/proc/self/exe").parent_path();
+  const auto installed = folder.parent_path() / "lib/ostravel/libostravel.so";
+  const auto beside = folder / "libostravel.so";
+  return !std::filesystem::exists(beside) && std::filesystem::exists(installed) ? installed : beside;
 }
 
 Devices::Devices(const CommonOptions& options)

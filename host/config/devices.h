@@ -26,7 +26,7 @@
 
 namespace ostravel::host {
 
-// The driver that the options name, or the one beside the program.
+// The driver that the options name, or the one beside the program, or where an installation has it.
 std::string driver_path(const std::string& driver);
 
 class Devices {

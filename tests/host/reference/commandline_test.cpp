@@ -39,7 +39,7 @@ constexpr const char* kCodesOfTags =
     "Exit codes:\n"
     "  0  all well\n"
     "  1  a value could not be read, or what was checked or compared is not as it should be\n"
-    "  2  wrong command line, or a file that cannot be used\n";
+    "  2  wrong command line, or a file, address or port that cannot be used\n";
 
 // A program with a command of its own footer, one without, and one that is hidden.
 struct Sample {
