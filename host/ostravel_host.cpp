@@ -7,6 +7,7 @@
 
 #include "host/check/check_command.h"
 #include "host/commandline.h"
+#include "host/commands/browse_command.h"
 #include "host/commands/command.h"
 #include "host/commands/describe_command.h"
 #include "host/commands/read_command.h"
@@ -31,6 +32,7 @@ int run_command(int argc, char** argv) {
   add_common_options(app, common);
   add_describe_command(app, common, command);
   add_read_command(app, common, command);
+  add_browse_command(app, common, command);
   add_write_command(app, common, command);
   add_watch_command(app, common, command);
   add_check_command(app, common, command);
