@@ -54,7 +54,7 @@ def main():
         return 0
     if options.check:
         exceeded = budgets.check(rows, options.budgets, whole=not options.only)
-        for line in exceeded:
+        for line in exceeded + list(budgets.missed_goals(rows, options.budgets)):
             print(line)
         print(f"bench: {len(rows)} rows, {len(exceeded)} budgets exceeded")
         return 1 if exceeded else 0

@@ -10,6 +10,7 @@ A limit's figure is one of
     {"own": ID}                                    instructions beyond the floor, of one unit
     {"growth": [ID, ID]}                           the first row's instructions over the second's
     {"more": [ID, ID]}                             the first row's instructions minus the second's
+A limit's "goal", lower than its "most", is what is wished for: to miss it is told and is no failure.
 """
 import json
 import os
@@ -75,6 +76,16 @@ def check(measured, path, whole):
     if whole:
         lines += [f"{identity}: has a budget and was not measured" for identity in allowed if identity not in rows]
     return lines
+
+
+def missed_goals(measured, path):
+    """One line for each goal that is not reached."""
+    limits, _ = load(path)
+    rows = {row["id"]: row for row in measured}
+    for limit in limits:
+        reached = figure(limit, rows)
+        if "goal" in limit and reached is not None and reached > limit["goal"]:
+            yield f"{limit['what']}: {reached:.4g}, the goal is {limit['goal']}"
 
 
 def tighten(measured, path):

@@ -53,8 +53,8 @@ class Bench:
         environment = dict(os.environ, GLIBC_TUNABLES=TUNABLES, LD_BIND_NOW="1")
         environment.pop("LD_PRELOAD", None)
         said = self._run(
-            ["valgrind", "--quiet", "--fair-sched=yes", "--tool=callgrind", "--dump-line=yes", "--compress-strings=no", "--compress-pos=no",
-             "--dump-after=bench_measured", "--callgrind-out-file=" + out,
+            ["valgrind", "--quiet", "--fair-sched=yes", "--tool=callgrind", "--dump-line=yes",
+             "--compress-strings=no", "--compress-pos=no", "--dump-after=bench_measured", "--callgrind-out-file=" + out,
              self.workload, self.driver, self.null_library, row["id"]], environment)
         _, twice, once, _, runs = said.split()
         runs = int(runs)

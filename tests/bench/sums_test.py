@@ -13,6 +13,7 @@ sys.path.insert(0, FOLDER)
 import budgets  # noqa: E402
 import callgrind  # noqa: E402
 import measure  # noqa: E402
+import phases  # noqa: E402
 
 DUMP = """# callgrind format
 positions: line
@@ -115,6 +116,13 @@ class Budgets(Folder):
         path = self.budgets([{"what": "growth", "most": 10.4, "growth": ["big", "small"]}], **both)
         self.assertEqual(budgets.check(measured, path, whole=True), ["growth: 10.5, at most 10.4"])
 
+    def test_a_missed_goal_is_told_and_is_no_failure(self):
+        path = self.budgets([{"what": "x", "most": 100, "goal": 99, "instructions": "poll"}],
+                            poll={"instructions": 100, "allocations": 0})
+        self.assertEqual(budgets.check([row("poll")], path, whole=True), [])
+        self.assertEqual(list(budgets.missed_goals([row("poll")], path)), ["x: 100, the goal is 99"])
+        self.assertEqual(list(budgets.missed_goals([row("poll", 99)], path)), [])
+
     def test_tighten_sets_three_per_cent_more_and_says_what_rose(self):
         path = self.budgets([{"what": "x", "most": 1, "own": "poll"}], poll={"instructions": 90, "allocations": 5})
         said = list(budgets.tighten([row("poll", 200, 2), row("new", 33.4, 0.2)], path))
@@ -127,6 +135,35 @@ class Budgets(Folder):
     def test_the_projects_budgets_can_be_read(self):
         limits, _ = budgets.load(os.path.join(FOLDER, "budgets.json"))
         self.assertGreater(len(limits), 10)
+
+
+class Phases(unittest.TestCase):
+    def test_the_source_tells_the_phase_also_of_what_was_inlined(self):
+        split = phases.split([
+            ["driver.so", "KORVALE_DRV_InputFilterEx", "/a/driver/inputfilter.cpp", 30],
+            ["driver.so", "KORVALE_DRV_InputFilterEx", "/a/driver/valueconversion.cpp", 20],
+            ["driver.so", "KORVALE_DRV_InputFilterEx", "/usr/include/c++/12/bits/stl_vector.h", 4],
+            ["driver.so", "AGL_Symbolic_FreeHandle", "???", 6],
+            ["libc.so.6", "_int_malloc", "malloc.c", 3],
+            ["libc.so.6", "__memcpy_sse2", "memmove.S", 2],
+            ["libc.so.6", "puts", "ioputs.c", 1]])
+        self.assertEqual({name: cost for name, cost in split.items() if cost}, {
+            "Input filter: steps, paths and records": 34, "Conversion and delivery": 20,
+            "Forwarding of library calls": 6, "Allocation": 3, "Memory copies and comparisons": 2, "Others": 1})
+
+
+class Pictures(Folder):
+    def test_results_without_a_row_are_one_line_and_leave_the_page_alone(self):
+        page = self.file("performance.md", "page")
+        done = subprocess.run(
+            [sys.executable, "-B", os.path.join(FOLDER, "pictures.py"),
+             self.file("results.json", json.dumps({"rows": [row("poll")]})), self.folder.name],
+            text=True, capture_output=True, check=False)
+        self.assertEqual(done.returncode, 1)
+        self.assertEqual(len(done.stderr.splitlines()), 1)
+        self.assertIn("run: ./bench", done.stderr)
+        with open(page, encoding="utf-8") as file:
+            self.assertEqual(file.read(), "page")
 
 
 class Command(Folder):
