@@ -13,9 +13,9 @@ namespace ostravel::host {
 bool poll_all(TagPoller& poller, std::chrono::milliseconds timeout) {
   check::Progress progress(stderr, isatty(STDERR_FILENO) == 1);
   poller.on_progress([&](std::size_t asked, const char* trouble) {
-    progress.show(trouble != nullptr && asked == 0
-                      ? std::string(trouble)
-                      : fmt::format("asked for {} of {} tags", asked, poller.size()));
+    const auto waiting = trouble == nullptr ? std::string() : poller.trouble(" yet");
+    const auto read = fmt::format("asked for {} of {} tags", asked, poller.size());
+    progress.show(trouble == nullptr ? read : asked == 0 ? waiting : read + "; " + waiting);
   });
   poller.on_recovery([&progress](const std::string& line) {
     progress.clear();

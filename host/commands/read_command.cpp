@@ -44,6 +44,10 @@ void add_read_command(CLI::App& app, const CommonOptions& common, CommandRunner&
   auto* command = app.add_subcommand("read", "read tags once");
   auto names = std::make_shared<std::vector<std::string>>();
   command->add_option("TAG", *names, "NAME, NAME[INDEX] or NAME.%X3 for bit 3; without any all tags");
+  command->footer(
+      "Examples:\n"
+      "  ostravel-host --project line.project --address 192.168.0.11 read\n"
+      "  ostravel-host --config plant.toml --json read press/Speed 'saw/Teeth[2]'");
   command->callback([&common, &run, names] { run = [&common, names] { return read_tags(common, *names); }; });
 }
 

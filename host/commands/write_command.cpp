@@ -156,6 +156,14 @@ void add_write_command(CLI::App& app, const CommonOptions& common, CommandRunner
       ->add_option("ASSIGNMENT", *assignments, "NAME=VALUE: true, -5, 16#FF, 3.25, 'text', T#5s, [1, 2, 3]")
       ->required();
   command->add_flag("--dry-run", *dry_run, "show the requests that would be sent, and send nothing");
+  command->footer(
+      "Values are written as in PLC programs: true, -5, 1_000, 16#FF, 2#1010, 3.25, 1e3, 'text', T#1h_2m, "
+      "S5T#80s,\n"
+      "TOD#13:14:15.5, D#2024-03-05, LDT#, DT#, DTL#2024-03-05-13:14:15.5, and [1, 2, 3] for an array.\n\n"
+      "Examples:\n"
+      "  ostravel-host --project line.project --address 192.168.0.11 write Line.Speed=1_200 "
+      "\"Line.Name='Press 1'\"\n"
+      "  ostravel-host --project line.project write --dry-run 'Line.Limits=[1, 2, 16#FF]' Line.Delay=T#5s");
   command->callback([&common, &run, assignments, dry_run] {
     run = [&common, assignments, dry_run] {
       return *dry_run ? show_requests(common, *assignments) : write_tags(common, *assignments);

@@ -166,6 +166,44 @@ TEST(Literal, ListInAListIsRefusedHoweverDeep) {
   EXPECT_EQ(refusal("Ints", nested), "a list in a list is no value of a tag; give all elements in one list");
 }
 
+TEST(Literal, WhateverIsWrittenIsTakenOrRefusedInOneLine) {
+  const std::vector<std::string> samples{"16#FFFF_FFFF", "-1.5e300",        "'a$80$N'",
+                                         "\"x\\u0041\"", "[1, 'a', \"]\"]", "DTL#2024-03-05-13:14:15.5",
+                                         "T#1d_2h_3.5s", "TOD#1:2:3.4",     "D#2024-3-5",
+                                         "BOOL#TRUE",    "W#16#BEEF"};
+  int refused = 0;
+  int taken = 0;
+  const auto try_one = [&](const Tag& tag, const std::string& text) {
+    try {
+      const auto selection = select(project(), tag.name);
+      for (const bool offline : {false, true}) {
+        const auto requests = write_accesses(selection, false, offline, parse_value(selection, text));
+        for (const auto& request : requests) {
+          EXPECT_LE(request.words.size(), 2048U);
+        }
+      }
+      ++taken;
+    } catch (const UserError& error) {
+      EXPECT_EQ(std::string(error.what()).find('\n'), std::string::npos) << error.what();
+      ++refused;
+    }
+  };
+  for (const auto& tag : project().tags) {
+    for (const auto& sample : samples) {
+      for (std::size_t i = 0; i <= sample.size(); ++i) {
+        try_one(tag, sample.substr(0, i));
+        for (const char c : {'\'', '"', '[', ']', '#', '$', '-', '9', '\\', '\xff'}) {
+          auto changed = sample;
+          changed.insert(i, 1, c);
+          try_one(tag, changed);
+        }
+      }
+    }
+  }
+  EXPECT_GT(taken, 100);
+  EXPECT_GT(refused, 1000);
+}
+
 TEST(LiteralTime, DurationsAreMillisecondsIn32BitsAndNanosecondsIn64) {
   EXPECT_EQ(value("Dint", "T#5s"), 5000);
   EXPECT_EQ(value("Dint", "t#1h_2m"), 3'720'000);
