@@ -20,8 +20,9 @@ INCLUDE = re.compile(r'^#include <([\w+]+)(?:\.h|\.hpp)?(/[^>]*)?>', re.MULTILIN
 def libraries_in_use():
     """Libraries by the packages that have them, from the includes that are neither C++'s nor POSIX's."""
     used = set()
-    for folder in ("aglink", "symbolic", "driver", "common", "simulator", "host", "tools", "tests", "bench"):
-        for source in [*(ROOT / folder).rglob("*.h"), *(ROOT / folder).rglob("*.cpp")]:
+    folders = [folder for folder in ROOT.iterdir() if folder.is_dir() and folder.name not in ("build", ".git")]
+    for folder in folders:
+        for source in [*folder.rglob("*.h"), *folder.rglob("*.cpp")]:
             for name, rest in INCLUDE.findall(source.read_text(errors="replace")):
                 if name in PACKAGES:
                     used.add(PACKAGES[name])
