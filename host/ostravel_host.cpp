@@ -39,6 +39,13 @@ int run_command(int argc, char** argv) {
   add_record_command(app, common, command);
   add_status_command(app, common, command);
   add_tag_names_command(app, common, command);
+  app.footer(
+      "Examples:\n"
+      "  ostravel-plc --export-tags line.db >line.csv      tags of a program, for a project file\n"
+      "  ostravel-tags pack line.csv line.project\n"
+      "  ostravel-host --project line.project --address 192.168.0.10 check\n"
+      "  ostravel-host --project line.project --address 192.168.0.10 watch\n"
+      "  ostravel-host status 13/5                         what a status means and what helps");
   if (const auto code = parse_command_line(app, "ostravel-host", argc, argv)) {
     return *code;
   }

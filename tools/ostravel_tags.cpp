@@ -24,6 +24,11 @@ int run_command(int argc, char** argv) {
   add_merge_command(app, command);
   add_check_command(app, command);
   add_diff_command(app, command);
+  app.footer(
+      "Examples:\n"
+      "  ostravel-tags pack line.csv line.project\n"
+      "  ostravel-tags check line.project && ostravel-tags dump line.project >line.csv\n"
+      "  ostravel-tags diff old.project new.csv");
   if (const auto code = parse_command_line(app, "ostravel-tags", argc, argv)) {
     return *code;
   }

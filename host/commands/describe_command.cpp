@@ -134,7 +134,11 @@ int describe_command(const CommonOptions& common) {
 void add_describe_command(CLI::App& app, const CommonOptions& common, CommandRunner& run) {
   auto* command = app.add_subcommand(
       "describe", "what the driver says of itself: versions, library, types, sizes, limits");
-  command->footer("With --csv only the table of types is shown.");
+  command->footer(
+      "With --csv only the table of types is shown.\n\n"
+      "Examples:\n"
+      "  ostravel-host describe\n"
+      "  ostravel-host --driver ./libostravel.so --library ./libAGLink40_x64.so describe");
   command->callback([&] { run = [&common] { return describe_command(common); }; });
 }
 

@@ -125,11 +125,17 @@ void add_watch_command(CLI::App& app, const CommonOptions& common, CommandRunner
   auto options = std::make_shared<WatchOptions>();
   command->add_option("TAG", options->names, "as for read");
   command->add_option("--interval", options->interval_ms, "ms from poll to poll")
+      ->type_name("MS")
       ->check(CLI::Range(1, 3'600'000))
       ->capture_default_str();
   command->add_option("--count", options->count, "polls to make; 0 goes on until Ctrl+C")
       ->capture_default_str();
   command->add_flag("--plain", options->plain, "lines instead of a table, on a terminal too");
+  command->footer(
+      "Examples:\n"
+      "  ostravel-host --project line.project --address 192.168.0.10 watch\n"
+      "  ostravel-host --project line.project watch --interval 100 Plant.Speed 'Plant.Motors[2].Running'\n"
+      "  ostravel-host --project line.project watch --plain --count 20 >changes.txt");
   command->callback(
       [&common, &run, options] { run = [&common, options] { return watch_tags(common, *options); }; });
 }

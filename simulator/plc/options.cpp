@@ -28,23 +28,31 @@ with a JSON object:
 void add_options(CLI::App& app, Options& options) {
   auto& server = options.server;
   app.add_option("FILE", options.files, "Sources of the program")->required();
-  app.add_option("--listen", server.listen, "IP address to listen on")->capture_default_str();
-  app.add_option("--port", server.port, "TCP port, 0 for any free one")->capture_default_str();
+  app.add_option("--listen", server.listen, "IP address to listen on")
+      ->type_name("ADDRESS")
+      ->capture_default_str();
+  app.add_option("--port", server.port, "TCP port, 0 for any free one")
+      ->type_name("NUMBER")
+      ->capture_default_str();
   app.add_option("--cycle", options.cycle_ms,
                  "Time of one cycle, e.g. 100ms or 1s; 0 runs it by console only (default 100ms)")
       ->transform(CLI::AsNumberWithUnit(std::map<std::string, double>{{"ms", 1}, {"s", 1000}, {"us", 0.001}},
                                         CLI::AsNumberWithUnit::CASE_INSENSITIVE))
-      ->check(CLI::Range(0.0, 3'600'000.0));
+      ->check(CLI::Range(0.0, 3'600'000.0))
+      ->type_name("TIME");
   app.add_option("--script", options.script,
-                 "File with console commands and their times; - takes it from standard input");
+                 "File with console commands and their times; - takes it from standard input")
+      ->type_name("FILE");
   app.add_option("--password", server.plc.password, "Password that clients have to give");
   app.add_option("--constant", options.constants,
                  "NAME=VALUE of a global constant that the sources use; repeatable")
+      ->type_name("CONSTANT")
       ->allow_extra_args(false);
   app.add_option(
          "--generate", server.plc.generator_rules,
          "PATH=KIND or PATH=KIND(low,high,period): moves a variable; KIND is ramp, sine, counter, toggle, "
          "text or none; repeatable")
+      ->type_name("RULE")
       ->allow_extra_args(false);
   app.add_flag(
       "--instances", server.load.instances,

@@ -148,11 +148,15 @@ TEST(OptionTable, HoldsTheCommandsThatAreShown) {
   EXPECT_EQ(second.at("options").at(1).at("value"), "");
 }
 
-TEST(OptionTable, IsTheSameInEveryProgram) {
+TEST(OptionTable, EveryProgramHasOneWithExamplesForEachCommand) {
   for (const auto& [name, path] :
        {std::pair{"ostravel-host", HOST_PATH}, {"ostravel-tags", TAGS_PATH}, {"ostravel-plc", PLC_PATH}}) {
     const auto table = json::parse(run_program(path, {"--option-table"}).out);
     EXPECT_EQ(table.at("name"), name);
+    EXPECT_THAT(table.at("footer").get<std::string>(), HasSubstr("Examples:\n  ")) << name;
+    for (const auto& command : table.at("commands")) {
+      EXPECT_THAT(command.at("footer").get<std::string>(), HasSubstr("Examples:\n  ")) << command.at("name");
+    }
     EXPECT_EQ(run_program(path, {"--version"}).out,
               std::string(name) + " " + table.at("version").get<std::string>() + "\n");
   }
