@@ -11,6 +11,7 @@ constexpr int kNameLength = 40;  // where it is not what is varied
 std::vector<Access> scalars(int count) {
   constexpr std::size_t kScalarTypes = 15;  // those in front of the types that no value is delivered of
   std::vector<Access> accesses;
+  accesses.reserve(static_cast<std::size_t>(count));
   for (int i = 0; i < count; ++i)
     accesses.push_back({types()[static_cast<std::size_t>(i) % kScalarTypes], 1, 0});
   return accesses;

@@ -66,6 +66,7 @@ agl_int32_t answer(agl_int32_t* value, agl_int32_t what) {
 extern "C" {
 
 // Connecting: nothing to do. PLCConnectEx leaves the connection number as it is.
+// NOLINTBEGIN(bugprone-macro-parentheses): the arguments are types and declarations
 #define OSTRAVEL_NOTHING_TO_DO(Name, Parameters) \
   agl_int32_t Name Parameters {                  \
     NOTE("");                                    \
@@ -217,6 +218,7 @@ OSTRAVEL_VALUE(Int64, agl_int64_t)
 OSTRAVEL_VALUE(Float32, agl_float32_t)
 OSTRAVEL_VALUE(Float64, agl_float64_t)
 #undef OSTRAVEL_VALUE
+// NOLINTEND(bugprone-macro-parentheses)
 
 agl_int32_t AGL_Symbolic_GetAccessBufferString8(HandleType AccessHandle, const void*, agl_int32_t BufferLen,
                                                 agl_int32_t Element, agl_char8_t* Text,

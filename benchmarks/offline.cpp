@@ -1,8 +1,5 @@
 // SPDX-License-Identifier: MIT
 // Polls and writes of a simulated device: no library, only the driver's own memory.
-#include <algorithm>
-#include <utility>
-
 #include "benchmarks/device.h"
 #include "benchmarks/requests.h"
 #include "benchmarks/tags.h"
@@ -50,11 +47,9 @@ class OfflinePoll : public Work {
 
 class OfflineWrite : public Work {
  public:
-  OfflineWrite(const Driver& driver, const std::vector<std::string>& names, RequestBuilder request,
+  OfflineWrite(const Driver& driver, const std::vector<std::string>& names, const RequestBuilder& request,
                std::size_t bytes)
-      : device_(driver, names, Device::Simulated),
-        batch_(driver, device_, {std::move(request)}, false),
-        store_(bytes) {
+      : device_(driver, names, Device::Simulated), batch_(driver, device_, {request}, false), store_(bytes) {
     copy_ = {batch_.requests()[0].stCommand.stWORDWrite.wData, store_.data(), bytes};
   }
 
@@ -76,6 +71,7 @@ constexpr int kElementWords = 16;
 // Elements 0 and 1 of each text follow each other.
 std::vector<std::string> element_names(int rows) {
   std::vector<std::string> names;
+  names.reserve(static_cast<std::size_t>(rows));
   for (int i = 0; i < rows; ++i) names.push_back(row_name(i / 2) + (i % 2 == 0 ? "[0]" : "[1]"));
   return names;
 }

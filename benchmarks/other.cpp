@@ -11,6 +11,7 @@ namespace {
 
 std::vector<std::string> row_names(int rows) {
   std::vector<std::string> names;
+  names.reserve(static_cast<std::size_t>(rows));
   for (int i = 0; i < rows; ++i) names.push_back(row_name(i));
   return names;
 }

@@ -66,6 +66,7 @@ std::vector<WORD> write_words(const Access& access) {
   if (is_bit(access)) return std::vector<WORD>(static_cast<std::size_t>(access.count), 1);
   const int words = access.type.code == DT_STRING ? kStringCharacters / 2 : words_of(access);
   std::vector<WORD> data;
+  data.reserve(static_cast<std::size_t>(words));
   for (int i = 0; i < words; ++i) data.push_back(static_cast<WORD>(kFirstWord + (i & 15)));
   return data;
 }

@@ -17,7 +17,7 @@ using bench::Work;
 void run(benchmark::State& state, const bench::Case& row, const bench::Driver& driver, void (Work::*way)()) {
   const std::unique_ptr<Work> work = row.make(driver);
   ((*work).*way)();
-  for (auto turn : state) ((*work).*way)();
+  while (state.KeepRunning()) ((*work).*way)();
 }
 
 }  // namespace
