@@ -23,7 +23,7 @@ foreach(program IN LISTS programs)
   install(FILES completion/zsh/_${program} DESTINATION ${CMAKE_INSTALL_DATADIR}/zsh/site-functions)
 endforeach()
 if(programs)
-  install(FILES docs/diagnosing.md docs/dependencies.md DESTINATION ${CMAKE_INSTALL_DOCDIR})
+  install(DIRECTORY docs/ DESTINATION ${CMAKE_INSTALL_DOCDIR})
 endif()
 
 find_program(SCDOC scdoc)

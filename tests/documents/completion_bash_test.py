@@ -97,6 +97,18 @@ class Completion(unittest.TestCase):
         self.assertEqual(self.complete(*line, "'Line.\"T"), ['Line."Tank 1 (north)".Level'])
         self.assertEqual(self.complete(*line, "\"Line.\\\"T"), [r'Line.\"Tank 1 (north)\".Level'])
 
+    def test_tags_of_several_devices(self):
+        (self.folder / "plant.toml").write_text('[defaults]\nproject = "line.project"\n'
+                                                '[[device]]\nname = "press"\nstation = 1\n'
+                                                '[[device]]\nname = "oven"\nstation = 2\n')
+        self.assertEqual(self.complete("ostravel-host", "--config", "plant.toml", "read", "oven/Pl"),
+                         ["oven/Plant.Name"])
+
+    def test_recording_or_tag(self):
+        offered = self.complete("ostravel-host", "--project", "line.project", "plot", "")
+        self.assertIn("line.csv", offered)
+        self.assertIn("Plant.Name", offered)
+
     def test_assignments_end_in_an_equals_sign(self):
         line = ["ostravel-host", "--project", "line.project", "write"]
         self.assertEqual(self.complete(*line, "Line.Sp"), ["Line.Speed="])
