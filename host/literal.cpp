@@ -232,14 +232,14 @@ std::vector<std::string_view> split_list(std::string_view text) {
   if (inner.empty()) {
     return parts;
   }
-  char quote = 0;
+  char quote = '\0';
   std::size_t start = 0;
   for (std::size_t i = 0; i < inner.size(); ++i) {
     const char c = inner[i];
-    if (quote != 0) {
+    if (quote != '\0') {
       const bool escape = (quote == '\'' && c == '$') || (quote == '"' && c == '\\');
       i += escape ? 1 : 0;
-      quote = c == quote ? 0 : quote;
+      quote = c == quote ? '\0' : quote;
     } else if (c == '\'' || c == '"') {
       quote = c;
     } else if (c == '[') {

@@ -94,7 +94,7 @@ class Reader {
     if (node == nullptr) {
       return std::nullopt;
     }
-    const auto value = node->value_exact<T>();
+    auto value = node->value_exact<T>();
     if (!value) {
       fail(*node, fmt::format("{} must be {}", key, kind));
     }

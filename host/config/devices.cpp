@@ -62,20 +62,20 @@ TagPoller::TagPoller(Devices& devices, std::vector<DeviceTag> tags)
     if (!selections[i].empty()) {
       used_.push_back(i);
       const auto& config = devices.projects().device(i);
-      parts_[i].emplace(Part{std::make_unique<Poller>(devices.session(i), std::move(selections[i]),
-                                                      devices.projects().project(i).char_paired),
-                             Recovery(config.name.empty() ? config.address : config.name)});
+      parts_[i] = std::make_unique<Part>(
+          Poller(devices.session(i), std::move(selections[i]), devices.projects().project(i).char_paired),
+          Recovery(config.name.empty() ? config.address : config.name));
     }
   }
 }
 
 bool TagPoller::poll(Part& part) {
-  const auto link = part.poller->poll();
+  const auto link = part.poller.poll();
   const auto now = Clock::now();
-  const auto pause = part.poller->pause();
+  const auto pause = part.poller.pause();
   part.served = link == LinkState::Online || part.served;
   part.due = now + pause;
-  if (const auto line = part.recovery.observe(link, part.poller->reinitialisations(), pause, now)) {
+  if (const auto line = part.recovery.observe(link, part.poller.reinitialisations(), pause, now)) {
     say(*line);
   }
   return link == LinkState::Online;
@@ -89,7 +89,7 @@ bool TagPoller::poll() {
     if (Clock::now() >= part.due) {
       poll(part);
     }
-    all = all && part.poller->link() == LinkState::Online;
+    all = all && part.poller.link() == LinkState::Online;
   }
   tell_progress();
   return all;
@@ -131,8 +131,8 @@ void TagPoller::on_progress(Watcher watcher) {
   watcher_ = std::move(watcher);
   for (const auto device : used_) {
     auto& part = *parts_[device];
-    part.poller->after_batch([this, &part](std::size_t done) {
-      part.asked = part.poller->size() * done / part.poller->batches();
+    part.poller.after_batch([this, &part](std::size_t done) {
+      part.asked = part.poller.size() * done / part.poller.batches();
       tell_progress();
     });
   }
@@ -146,7 +146,7 @@ void TagPoller::tell_progress() const {
   const char* trouble = nullptr;
   for (const auto device : used_) {
     asked += parts_[device]->asked;
-    const auto link = parts_[device]->poller->link();
+    const auto link = parts_[device]->poller.link();
     trouble = trouble == nullptr && link != LinkState::Online ? to_text(link) : trouble;
   }
   watcher_(asked, trouble);
@@ -165,11 +165,11 @@ std::chrono::milliseconds TagPoller::pause() const {
 }
 
 const TagState& TagPoller::state(std::size_t i) const {
-  return parts_[places_[i].device]->poller->state(places_[i].index);
+  return parts_[places_[i].device]->poller.state(places_[i].index);
 }
 
 LinkState TagPoller::link(std::size_t device) const {
-  return parts_[device]->poller->link();
+  return parts_[device]->poller.link();
 }
 
 std::string TagPoller::trouble(const std::string& time) const {

@@ -11,7 +11,6 @@
 #include <cstddef>
 #include <functional>
 #include <memory>
-#include <optional>
 #include <string>
 #include <utility>
 #include <vector>
@@ -84,7 +83,7 @@ class TagPoller {
   // The devices that have a tag here, by their number in Devices.
   const std::vector<std::size_t>& devices() const { return used_; }
   LinkState link(std::size_t device) const;
-  const Poller& poller(std::size_t device) const { return *parts_[device]->poller; }
+  const Poller& poller(std::size_t device) const { return parts_[device]->poller; }
   bool served(std::size_t device) const { return parts_[device]->served; }  // ever
 
   // "no answer from 10.0.0.7TIME (connecting)" for the first device that does not serve; empty when all do.
@@ -92,7 +91,9 @@ class TagPoller {
 
  private:
   struct Part {
-    std::unique_ptr<Poller> poller;
+    Part(Poller its_poller, Recovery its_recovery)
+        : poller(std::move(its_poller)), recovery(std::move(its_recovery)) {}
+    Poller poller;
     Recovery recovery;
     Clock::time_point due{};
     bool served = false;
@@ -113,7 +114,7 @@ class TagPoller {
   std::vector<DeviceTag> tags_;
   std::vector<Place> places_;  // of each tag
   std::vector<std::size_t> used_;
-  std::vector<std::optional<Part>> parts_;  // of each device
+  std::vector<std::unique_ptr<Part>> parts_;  // of each device; null without a tag here
   std::function<void(const std::string&)> say_;
   Watcher watcher_;
 };
