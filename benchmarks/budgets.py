@@ -8,6 +8,7 @@ several. A file of them:
 A limit's figure is one of
     {"instructions": ID} or {"allocations": ID}    of one run, or with "a": "unit" of one tag, element or row
     {"own": ID}                                    instructions beyond the floor, of one unit
+    {"own": [ID, ID]}                              the same of one unit more: without what a whole poll costs
     {"growth": [ID, ID]}                           the first row's instructions over the second's
     {"more": [ID, ID]}                             the first row's instructions minus the second's
 A limit's "goal", lower than its "most", is what is wished for: to miss it is told and is no failure.
@@ -32,6 +33,10 @@ def load(path):
         raise Broken(f"{path} cannot be read as budgets: {problem}") from problem
 
 
+def own(row):
+    return row["instructions"] - row["floor"]
+
+
 def figure(limit, rows):
     """The limit's figure; None when a row that it needs was not measured."""
     def of(identity):
@@ -44,9 +49,12 @@ def figure(limit, rows):
         if "more" in limit:
             above, below = (of(identity)["instructions"] for identity in limit["more"])
             return above - below
+        if isinstance(limit.get("own"), list):
+            above, below = (of(identity) for identity in limit["own"])
+            return (own(above) - own(below)) / (above["units"] - below["units"])
         if "own" in limit:
             row = of(limit["own"])
-            return (row["instructions"] - row["floor"]) / row["units"]
+            return own(row) / row["units"]
         kind = next(kind for kind in FIGURES if kind in limit)
         row = of(limit[kind])
         return row[kind] / row["units"] if limit.get("a") == "unit" else row[kind]

@@ -82,6 +82,7 @@ class Table {
       }
     }
     read(offline, "BYTE", 1000, 0, "read-byte-1000", "1,000 bytes", "element");
+    read(offline, "LREAL", 250, 0, "read-lreal-250", "250 doubles", "element");
     read(offline, "LREAL", 500, 0, "read-lreal-500", "500 doubles", "element");
     read(offline, "BOOL", 1000, 0, "read-bool-1000", "1,000 Booleans", "element");
     read(offline, "STRING", 1, 0, "read-string-254", "a string of 254", "character");

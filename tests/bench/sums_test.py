@@ -104,7 +104,7 @@ class Budgets(Folder):
     def test_limits(self):
         rows = {r["id"]: r for r in (row("big", 2100, 4, 100, 10), row("small", 200))}
         for limit, expected in (({"growth": ["big", "small"]}, 10.5), ({"more": ["big", "small"]}, 1900),
-                                ({"own": "big"}, 200), ({"instructions": "big", "a": "unit"}, 210),
+                                ({"own": "big"}, 200), ({"own": ["big", "small"]}, 1810 / 9), ({"instructions": "big", "a": "unit"}, 210),
                                 ({"allocations": "big"}, 4), ({"instructions": "missing"}, None)):
             self.assertEqual(budgets.figure(limit, rows), expected, limit)
 
