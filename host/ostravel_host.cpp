@@ -13,6 +13,7 @@
 #include "host/commands/read_command.h"
 #include "host/commands/write_command.h"
 #include "host/driverlibrary.h"
+#include "host/plot/plot_command.h"
 #include "host/record/record_command.h"
 #include "host/reference/status_command.h"
 #include "host/reference/tag_names_command.h"
@@ -37,6 +38,7 @@ int run_command(int argc, char** argv) {
   add_watch_command(app, common, command);
   add_check_command(app, common, command);
   add_record_command(app, common, command);
+  add_plot_command(app, common, command);
   add_status_command(app, common, command);
   add_tag_names_command(app, common, command);
   app.footer(

@@ -70,15 +70,23 @@ int record_tags(const CommonOptions& common, const RecordOptions& options) {
   const auto file = open_file(options, devices, rows);
   heed_interrupts();
   TagPoller poller(devices, std::move(tags));
+  // A recording goes on for hours: in a log its state every few seconds would be a nuisance.
+  const bool terminal = isatty(STDERR_FILENO) == 1;
+  check::Progress progress(stderr, terminal);
+  poller.on_recovery([&progress](const std::string& line) {
+    progress.clear();
+    fmt::print(stderr, "ostravel-host: {}\n", line);
+  });
   // Rows of a device that is only just being connected would say nothing; one that stays away is a gap.
   poller.poll_all(common.timeout());
-  check::Progress progress(stderr, isatty(STDERR_FILENO) == 1);
   RecordPlan plan{options.interval, options.count, std::nullopt};
   if (options.length.count() > 0) {
     plan.length = options.length;
   }
   Recorder(devices, poller, real_timing()).run(plan, rows, *file, [&](const Round& round) {
-    progress.show(fmt::format("{} rows, {}", rows.written(), round.link));
+    if (terminal) {
+      progress.show(fmt::format("{} rows, {}", rows.written(), round.link));
+    }
   });
   progress.clear();
   print_summary(options, common, devices, rows);
