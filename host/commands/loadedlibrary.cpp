@@ -25,7 +25,7 @@ std::string library_in_maps(const std::string& maps) {
     if (path == std::string::npos) {
       continue;
     }
-    const auto file = line.substr(path);
+    auto file = line.substr(path);
     const auto name = std::string_view(file).substr(file.rfind('/') + 1);
     if (name.starts_with("libAGLink") || name.starts_with("S71500_SYMBOLICLIB")) {
       return file;

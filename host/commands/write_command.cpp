@@ -3,6 +3,7 @@
 
 #include <fmt/format.h>
 
+#include <algorithm>
 #include <memory>
 
 #include "host/commands/polling.h"
@@ -19,6 +20,7 @@ namespace {
 
 struct Assignment {
   DeviceTag tag;
+  nlohmann::json value;
   std::vector<WriteAccess> writes;
 };
 
@@ -39,10 +41,10 @@ Assignment parse_assignment(const Projects& projects, const std::string& text) {
   const auto [name, value_part] = split_assignment(text);
   auto tag = projects.find(name);
   try {
-    const auto value = parse_value(tag.selection, value_part);
+    auto value = parse_value(tag.selection, value_part);
     auto writes = write_accesses(tag.selection, projects.project(tag.device).char_paired,
                                  projects.device(tag.device).offline, value);
-    return {std::move(tag), std::move(writes)};
+    return {std::move(tag), std::move(value), std::move(writes)};
   } catch (const UserError& error) {
     throw UserError(fmt::format("{}: {}", name, error.what()));
   }
@@ -59,6 +61,7 @@ std::vector<Assignment> parse_assignments(const Projects& projects, const std::v
 
 std::vector<std::string> hexadecimal(const Words& words) {
   std::vector<std::string> texts;
+  texts.reserve(words.size());
   for (const auto word : words) {
     texts.push_back(fmt::format("{:04X}", word));
   }
@@ -110,10 +113,36 @@ int show_requests(const CommonOptions& common, const std::vector<std::string>& t
   return kExitOk;
 }
 
+// Whether a value that was read would be written with the same requests. The driver answers a failed write
+// like a good one, so this is all there is to tell them apart.
+bool is_what_was_written(const Projects& projects, const Assignment& assignment,
+                         const nlohmann::json& value) {
+  if (assignment.value.is_binary()) {
+    std::vector<std::uint8_t> bytes;
+    for (const auto& element : value) {
+      for (int bit = 0; bit < assignment.tag.selection.tag.type->bits; bit += 8) {
+        bytes.push_back(static_cast<std::uint8_t>(element.get<std::int64_t>() >> bit));
+      }
+    }
+    const std::vector<std::uint8_t>& written = assignment.value.get_binary();
+    return bytes == written;
+  }
+  const auto device = assignment.tag.device;
+  try {
+    const auto again = write_accesses(assignment.tag.selection, projects.project(device).char_paired,
+                                      projects.device(device).offline, value);
+    return std::equal(again.begin(), again.end(), assignment.writes.begin(), assignment.writes.end(),
+                      [](const auto& a, const auto& b) { return a.words == b.words && a.bit == b.bit; });
+  } catch (const UserError&) {
+    return false;  // a text that could not be written so
+  }
+}
+
 int write_tags(const CommonOptions& common, const std::vector<std::string>& texts) {
   Devices devices(common);
   const auto assignments = parse_assignments(devices.projects(), texts);
   std::vector<DeviceTag> tags;
+  tags.reserve(assignments.size());
   for (const auto& assignment : assignments) {
     tags.push_back(assignment.tag);
   }
@@ -134,7 +163,16 @@ int write_tags(const CommonOptions& common, const std::vector<std::string>& text
   int result = kExitOk;
   for (std::size_t i = 0; i < poller.size(); ++i) {
     const auto& state = poller.state(i);
-    result = state.error == 0 ? result : kExitValueFailed;
+    const bool differs =
+        state.error == 0 && !is_what_was_written(devices.projects(), assignments[i], state.value);
+    result = state.error != 0 || differs ? kExitValueFailed : result;
+    if (differs) {
+      std::fflush(devices.output().stream());
+      fmt::print(stderr,
+                 "ostravel-host: {}: reads back as another value; the write failed, or the PLC's program "
+                 "changed it\n",
+                 poller.tag(i).label);
+    }
     if (common.format() == Format::Text) {
       fmt::print(devices.output().stream(), "{} reads back as {} ({})\n", poller.tag(i).label,
                  value_text(state.value), status_text(state));

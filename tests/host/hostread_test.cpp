@@ -65,5 +65,17 @@ TEST(HostRead, WithoutAnswerInTimeSaysSo) {
   EXPECT_EQ(result.code, 4);
 }
 
+TEST(HostRead, WaitOfMoreThanASecondIsTold) {
+  Sample host;
+  host.set("FAKE_DRIVER_NOT_READY", "1000000");
+  const auto result = host({"--timeout", "2000", "read"});
+  EXPECT_EQ(
+      result.error,
+      "ostravel-host: no answer from 127.0.0.1 yet (connecting)\n"
+      "ostravel-host: no answer from 127.0.0.1 in 2000 ms (connecting); check the address and that the PLC "
+      "runs\n");
+  EXPECT_EQ(result.code, 4);
+}
+
 }  // namespace
 }  // namespace ostravel::host

@@ -40,6 +40,19 @@ TEST(HostWrite, WhatCannotBeReadBackIsAFailure) {
   EXPECT_EQ(result.code, 1);
 }
 
+// The driver answers a failed write like a good one: only the value tells.
+TEST(HostWrite, ValueThatDidNotArriveIsAFailure) {
+  // The fake driver takes bits and does not keep them.
+  HostRun host("Run,BOOL,1,,1,1,1\nLevel,INT,1,,1,1,2\n");
+  host.set("FAKE_DRIVER_WORDS", "0:0;1:0");
+  const auto result = host({"write", "Run=true", "Level=3"});
+  EXPECT_EQ(result.out, "Run reads back as false (0/5 ok)\nLevel reads back as 3 (0/5 ok)\n");
+  EXPECT_EQ(
+      result.error,
+      "ostravel-host: Run: reads back as another value; the write failed, or the PLC's program changed it\n");
+  EXPECT_EQ(result.code, 1);
+}
+
 TEST(HostWrite, DryRunShowsTheRequestsAndNeedsNoDriver) {
   const Sample host;
   const auto shown =
