@@ -34,7 +34,11 @@ std::string_view without_comment(std::string_view line) {
   for (std::size_t i = 0; i < line.size(); ++i) {
     const char c = line[i];
     if (quote != 0) {
-      if (c == quote) quote = 0;
+      if (c == (quote == '"' ? '\\' : '$')) {
+        ++i;  // an escaped character, which may be a quote
+      } else if (c == quote) {
+        quote = 0;
+      }
     } else if (c == '"' || c == '\'') {
       quote = c;
     } else if (c == '#' && (i == 0 || line[i - 1] == ' ' || line[i - 1] == '\t')) {

@@ -76,13 +76,17 @@ TEST(Script, CommentsAreLeftOutAndNumbersAndTextsAreNoComments) {
       "   # indented\r\n"
       "write Plant.aWord 16#FF   # hexadecimal\r\n"
       "write Plant.Text \"a # b\"# c\r\n"
-      "write Plant.Text 'a # b' # c",
+      "write Plant.Text 'a # b' # c\n"
+      "write Plant.Text 'it$'s # 1' # c\n"
+      "write Plant.Text \"\\\" # 1\" # c",
       "test.txt");
-  ASSERT_EQ(script.lines.size(), 3U);
+  ASSERT_EQ(script.lines.size(), 5U);
   EXPECT_EQ(script.lines[0].command, "write Plant.aWord 16#FF");
   EXPECT_EQ(script.lines[0].number, 4U);
   EXPECT_EQ(script.lines[1].command, "write Plant.Text \"a # b\"# c");
   EXPECT_EQ(script.lines[2].command, "write Plant.Text 'a # b'");
+  EXPECT_EQ(script.lines[3].command, "write Plant.Text 'it$'s # 1'");
+  EXPECT_EQ(script.lines[4].command, "write Plant.Text \"\\\" # 1\"");
 }
 
 TEST(Script, WrongTimesAreRefusedWithTheirPlace) {

@@ -31,7 +31,8 @@ std::vector<std::string> rights(bool accessible) {
   options.accessible = accessible;
   std::vector<std::string> lines;
   for_each_variable(load_text(kRestricted, "test.db", options).blocks, [&](const Leaf& leaf) {
-    lines.push_back(leaf.path + " " + (leaf.symbol->readable ? "r" : "") + (leaf.symbol->writable ? "w" : ""));
+    lines.push_back(leaf.path + " " + (leaf.symbol->readable ? "r" : "") +
+                    (leaf.symbol->writable ? "w" : ""));
     return true;
   });
   return lines;
