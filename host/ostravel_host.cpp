@@ -32,8 +32,8 @@ int run_command(int argc, char** argv) {
   app.fallthrough();
   add_common_options(app, common);
   add_describe_command(app, common, command);
-  add_read_command(app, common, command);
   add_browse_command(app, common, command);
+  add_read_command(app, common, command);
   add_write_command(app, common, command);
   add_watch_command(app, common, command);
   add_check_command(app, common, command);
