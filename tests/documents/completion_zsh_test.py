@@ -44,6 +44,8 @@ class Completion(unittest.TestCase):
         zsh.wait_for("<line.project><read><--timeout><5><Line.Speed>")
         zsh.type("ostravel-host --project line.project write Line.\\\"T\t5" + SHOW_THE_WORDS)
         zsh.wait_for('<write><Line."Tank 1 (north)".Level=5>')
+        zsh.type("ostravel-host --project line.project plot line.c\tLine.Sp\t" + SHOW_THE_WORDS)
+        zsh.wait_for("<plot><line.csv><Line.Speed>")
         zsh.type("ostravel-tags pack line.c\t" + SHOW_THE_WORDS)
         zsh.wait_for("<ostravel-tags><pack><line.csv>")
         zsh.type("ostravel-plc --export\tline.c\t" + SHOW_THE_WORDS)
