@@ -6,14 +6,14 @@
 namespace ostravel::host::watch {
 
 Planner::Planner(std::size_t parts, std::chrono::milliseconds interval)
-    : parts_(parts), interval_(interval), polled_(parts), position_(parts) {}
+    : parts_(parts), interval_(interval), polled_(parts), fresh_(parts), position_(parts) {}
 
 void Planner::set_visible(std::vector<std::size_t> parts) {
   std::deque<std::size_t> first;
   for (const auto part : parts) {
     const bool seen_before = std::find(visible_.begin(), visible_.end(), part) != visible_.end();
     const bool waits = std::find(first_.begin(), first_.end(), part) != first_.end();
-    if (!seen_before || waits) {
+    if ((!seen_before && !fresh_[part]) || waits) {
       first.push_back(part);
     }
   }
@@ -31,6 +31,7 @@ void Planner::set_interval(std::chrono::milliseconds interval) {
 void Planner::start_tick(TimePoint now) {
   // From now on, since an interval that was missed is not made up for.
   tick_ = now + interval_;
+  fresh_.assign(parts_, false);
   first_.assign(visible_.begin(), visible_.end());
   if (!round_open_) {
     polled_.assign(parts_, false);
@@ -42,6 +43,7 @@ void Planner::start_tick(TimePoint now) {
 
 std::size_t Planner::poll(std::size_t part) {
   polled_[part] = true;
+  fresh_[part] = true;
   return part;
 }
 

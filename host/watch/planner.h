@@ -21,7 +21,7 @@ class Planner {
  public:
   Planner(std::size_t parts, std::chrono::milliseconds interval);
 
-  // Parts that come into sight are polled at once.
+  // Parts that come into sight are polled at once, unless they were within this interval.
   void set_visible(std::vector<std::size_t> parts);
   void set_interval(std::chrono::milliseconds interval);
 
@@ -42,6 +42,7 @@ class Planner {
   std::vector<std::size_t> visible_;
   std::deque<std::size_t> first_;  // visible parts that are still to be polled
   std::vector<bool> polled_;       // in this round
+  std::vector<bool> fresh_;        // polled since the last interval began
   std::size_t position_;           // of the round; at parts_ it is over
   bool round_open_ = false;
   TimePoint round_start_{};

@@ -101,31 +101,36 @@ struct Screen::Terminal {
   Charset charset = Charset::Ascii;
 
   attr_t attributes(const Span& span) const {
-    const attr_t selected = span.selected ? A_REVERSE : A_NORMAL;
-    const auto colour = [this](short pair) {
-      return colours ? static_cast<attr_t>(COLOR_PAIR(pair)) : A_NORMAL;
+    const auto colour = [&](short pair) {
+      // The row under the cursor stands out as one bar.
+      return colours && !span.selected ? static_cast<attr_t>(COLOR_PAIR(pair)) : A_NORMAL;
     };
-    switch (span.style) {
+    return look(span.style, colour) | (span.selected ? A_REVERSE : A_NORMAL);
+  }
+
+ private:
+  template <typename Colour>
+  static attr_t look(Style style, const Colour& colour) {
+    switch (style) {
       case Style::Title:
         return A_REVERSE | A_BOLD;
       case Style::Heading:
-        return A_BOLD | selected;
-      case Style::Faint:
-        return A_DIM | selected;
-      case Style::Good:
-        return colour(kGreen) | selected;
-      case Style::Doubtful:
-        return colour(kYellow) | A_BOLD | selected;
-      case Style::Bad:
-        return colour(kRed) | A_BOLD | selected;
-      case Style::Trend:
-        return colour(kCyan) | selected;
       case Style::KeyName:
-        return A_BOLD | selected;
+        return A_BOLD;
+      case Style::Faint:
+        return A_DIM;
+      case Style::Good:
+        return colour(kGreen);
+      case Style::Doubtful:
+        return colour(kYellow) | A_BOLD;
+      case Style::Bad:
+        return colour(kRed) | A_BOLD;
+      case Style::Trend:
+        return colour(kCyan);
       case Style::Plain:
         break;
     }
-    return selected;
+    return A_NORMAL;
   }
 };
 

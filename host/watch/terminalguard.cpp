@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "host/watch/terminalguard.h"
 
+#include <fcntl.h>
 #include <sys/mman.h>
 #include <termios.h>
 #include <unistd.h>
@@ -20,7 +21,9 @@ constexpr auto kFaults = std::to_array<int>({SIGABRT, SIGSEGV, SIGBUS, SIGFPE, S
 // Everything here is used by signal handlers, so it is plain memory that was filled in before.
 struct Saved {
   std::atomic<bool> armed{false};
-  int terminal = -1;
+  int terminal = -1;  // that the screen is drawn on
+  int own = -1;       // the same terminal by another descriptor
+  int nowhere = -1;
   termios modes{};
   bool has_modes = false;
   std::array<char, 512> farewell{};
@@ -61,9 +64,11 @@ void give_back() {
   if (!saved.armed.exchange(false)) {
     return;
   }
-  write_all(saved.terminal, saved.farewell.data(), saved.farewell_size);
+  // Another thread may still be drawing; nobody is to see that.
+  dup2(saved.nowhere, saved.terminal);
+  write_all(saved.own, saved.farewell.data(), saved.farewell_size);
   if (saved.has_modes) {
-    tcsetattr(saved.terminal, TCSANOW, &saved.modes);
+    tcsetattr(saved.own, TCSANOW, &saved.modes);
   }
   release_errors();
 }
@@ -94,6 +99,8 @@ void hold_errors() {
 
 TerminalGuard::TerminalGuard(int terminal, const std::string& farewell) {
   saved.terminal = terminal;
+  saved.own = fcntl(terminal, F_DUPFD_CLOEXEC, 0);
+  saved.nowhere = open("/dev/null", O_WRONLY | O_CLOEXEC);
   saved.has_modes = tcgetattr(terminal, &saved.modes) == 0;
   saved.farewell_size = std::min(farewell.size(), saved.farewell.size());
   std::memcpy(saved.farewell.data(), farewell.data(), saved.farewell_size);
@@ -111,6 +118,8 @@ TerminalGuard::~TerminalGuard() {
   }
   if (saved.armed.exchange(false)) {
     release_errors();
+    close(saved.own);
+    close(saved.nowhere);
   }
 }
 

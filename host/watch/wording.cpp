@@ -78,7 +78,11 @@ std::string rate_text(std::optional<double> rate) {
 
 std::string time_text(std::chrono::microseconds time) {
   constexpr double kSecond = 1e6;
+  constexpr double kTenMilliseconds = 1e4;
   const auto count = static_cast<double>(time.count());
+  if (count > 0 && count < kTenMilliseconds) {
+    return fmt::format("{:.1f} ms", count / 1000);
+  }
   return count < kSecond ? fmt::format("{:.0f} ms", count / 1000) : fmt::format("{:.4g} s", count / kSecond);
 }
 

@@ -29,7 +29,7 @@ Explanation explain(const Row& row, LinkState link);
 std::string age_text(std::optional<std::chrono::milliseconds> age);
 // At most four cells: "0.0", "9.5", "12", "1k+"; "-" for none.
 std::string rate_text(std::optional<double> rate);
-// "12 ms", "1.5 s".
+// "0.4 ms", "12 ms", "1.5 s".
 std::string time_text(std::chrono::microseconds time);
 // "10,000"
 std::string count_text(std::size_t count);
