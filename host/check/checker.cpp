@@ -57,6 +57,7 @@ std::vector<std::string> paths_of(const Tag& tag) {
     return {tag.name};
   }
   std::vector<std::string> paths;
+  paths.reserve(tag.elements);
   for (int i = 0; i < tag.elements; ++i) {
     paths.push_back(fmt::format("{}[{}]", tag.name, *tag.first + i));
   }

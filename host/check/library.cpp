@@ -12,6 +12,7 @@
 namespace ostravel::host::check {
 
 Library::Library(const Find& find, const std::string& source) {
+// NOLINTBEGIN(bugprone-macro-parentheses): the argument is a name
 #define OSTRAVEL_LIBRARY_FUNCTION(name)                                                                \
   name = reinterpret_cast<decltype(name)>(find("AGL_" #name));                                         \
   if (name == nullptr) {                                                                               \
@@ -20,6 +21,7 @@ Library::Library(const Find& find, const std::string& source) {
   }
 #include "host/check/functions.def"
 #undef OSTRAVEL_LIBRARY_FUNCTION
+  // NOLINTEND(bugprone-macro-parentheses)
 }
 
 std::string Library::text_of(agl_int32_t code) const {

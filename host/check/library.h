@@ -24,6 +24,7 @@ class Library {
   // Throws NoDriver when a function is missing; source names in it what was asked.
   Library(const Find& find, const std::string& source);
 
+// NOLINTNEXTLINE(bugprone-macro-parentheses): the argument is a name
 #define OSTRAVEL_LIBRARY_FUNCTION(name) decltype(&::AGL_##name) name = nullptr;
 #include "host/check/functions.def"
 #undef OSTRAVEL_LIBRARY_FUNCTION
