@@ -133,7 +133,10 @@ class Painter {
       line += label.empty() ? signs_.side : signs_.tick;
       line += canvas_row(canvas, row);
       const auto& end = ends[static_cast<std::size_t>(row)];
-      add(end.empty() ? line : line + " " + end);
+      if (!end.empty()) {
+        line.append(" ").append(end);
+      }
+      add(line);
     }
   }
 
