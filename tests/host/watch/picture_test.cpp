@@ -2,6 +2,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <fstream>
+#include <iterator>
 #include <regex>
 
 #include "host/watch/picture/svg.h"
@@ -63,6 +65,16 @@ TEST(Svg, BlocksAreDrawnSoThatNoFontMatters) {
   EXPECT_THAT(svg, Not(HasSubstr("▁")));
   EXPECT_THAT(svg, HasSubstr("height=\"1.80\" fill=\"#1f2328\""));
   EXPECT_THAT(svg, HasSubstr("height=\"14.40\" fill=\"#1f2328\""));
+}
+
+TEST(Svg, PictureInTheDocumentsIsOne) {
+  std::ifstream in(WATCH_PICTURE_PATH, std::ios::binary);
+  const std::string svg{std::istreambuf_iterator<char>(in), {}};
+  EXPECT_EQ(unbalanced(svg), "");
+  for (const auto* text :
+       {">Plant.Live.Position</text>", ">QUALITY</text>", ">online</text>", ">help</text>"}) {
+    EXPECT_THAT(svg, HasSubstr(text));
+  }
 }
 
 TEST(Svg, SameScreenIsTheSamePicture) {

@@ -136,6 +136,22 @@ TEST(WatchScreen, RecoveryIsCounted) {
   EXPECT_TRUE(watch.wait_for("recovered 1x"));
 }
 
+TEST(WatchScreen, TagsOfSeveralDevicesStandInOneTable) {
+  WatchOnTerminal watch(2, 1);
+  const auto config =
+      watch.scratch.write("plant.toml",
+                          "[defaults]\nproject = \"a.project\"\n"
+                          "[[device]]\nname = \"north\"\naddress = \"10.0.0.1\"\n"
+                          "[[device]]\nname = \"south\"\naddress = \"10.0.0.2\"\nstation = 2\n");
+  watch.program = std::make_unique<picture::PtyProgram>(
+      std::vector<std::string>{HOST_PATH, "--driver", watch.driver, "--config", config, "watch"},
+      watch.environment);
+  ASSERT_TRUE(watch.wait_for("north online, south online"));
+  EXPECT_TRUE(watch.wait_for("\nsouth/Line.Tag0"));
+  watch.program->type("/south tag1");
+  EXPECT_TRUE(watch.wait_for(" south/Line.Tag1: 2 no data"));
+}
+
 TEST(WatchScreen, PauseIsShown) {
   WatchOnTerminal watch(2, 2);
   watch.start();
