@@ -24,6 +24,7 @@ class ChangeLines {
   void print(const Devices& devices, const TagPoller& poller, std::chrono::system_clock::time_point now);
 
  private:
+  // NOLINTNEXTLINE(bugprone-exception-escape): moving a JSON value checks itself and could throw in theory
   struct Printed {
     nlohmann::json value;
     int error = -1;

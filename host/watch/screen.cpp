@@ -33,6 +33,7 @@ enum ColourPair : short { kGreen = 1, kYellow, kRed, kCyan };
 // A sequence of the terminal's description, without its delays, which only old hardware needs.
 std::string sequence(const char* name) {
   const char* text = tigetstr(name);
+  // NOLINTNEXTLINE(performance-no-int-to-ptr): that is how the library says that the name is no text
   if (text == nullptr || text == reinterpret_cast<const char*>(-1)) {
     return {};
   }

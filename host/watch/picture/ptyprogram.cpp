@@ -40,6 +40,7 @@ winsize size_of(std::size_t lines, std::size_t columns) {
     }
   }
   std::vector<char*> arguments;
+  arguments.reserve(words.size() + 1);
   for (const auto& word : words) {
     arguments.push_back(const_cast<char*>(word.c_str()));
   }

@@ -5,6 +5,7 @@
 
 #include <CLI/CLI.hpp>
 #include <csignal>
+#include <cstdio>
 #include <exception>
 #include <string>
 #include <vector>
@@ -44,9 +45,7 @@ int run(const Options& options) {
   return program.wait().value_or(kExitUsage);
 }
 
-}  // namespace
-
-int main(int argc, char** argv) {
+int parse_and_run(int argc, char** argv) {
   Options options;
   CLI::App app{"Makes a picture of a program's screen"};
   app.add_option("PICTURE", options.picture, "SVG file, replaced when it exists")->required();
@@ -60,11 +59,19 @@ int main(int argc, char** argv) {
   app.add_option("--seconds", options.seconds, "that the program runs before")->capture_default_str();
   try {
     app.parse(argc, argv);
-    return run(options);
   } catch (const CLI::ParseError& error) {
     return app.exit(error);
+  }
+  return run(options);
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  try {
+    return parse_and_run(argc, argv);
   } catch (const std::exception& error) {
-    fmt::print(stderr, "ostravel-watch-picture: {}\n", error.what());
+    std::fprintf(stderr, "ostravel-watch-picture: %s\n", error.what());
     return kExitUsage;
   }
 }
