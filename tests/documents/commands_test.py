@@ -65,7 +65,8 @@ def main():
                 faults += [f"{document}:{number}: {fault}" for fault in found]
         for name in LINK.findall(text) + OWN_FILE.findall(text):
             base = document.parent if (document.parent / name).exists() else ROOT
-            if not (base / name).exists() and not any(ROOT.glob(name + "*")):
+            # NAME in a file's name stands for any; a name may also be the beginning of several.
+            if not (base / name).exists() and not any(ROOT.glob(name.replace("NAME", "*") + "*")):
                 faults.append(f"{document}: {name} is not there")
     for fault in faults:
         print(fault)
