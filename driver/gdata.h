@@ -17,6 +17,11 @@
 #include "symbolic/symbolsloader.h"
 
 struct GData {
+  // Each command answers for its own place until a batch sets it up.
+  GData() {
+    for (UINT i = 0; i < kCommandPoolSize; ++i) GCmdDesc[i].nCmdIndex = i;
+  }
+
   SymbolsLoader GsymbolsParser;  // first, so that a pointer to the GData is one to the loader as well
   CTagTable GTagTable;
   stCmdDesc GCmdDesc[kCommandPoolSize];
@@ -49,6 +54,8 @@ struct GData {
   DWORD LOADER_PROJECT = 0;             // millisecond tick of the lazy start
   bool bIsInitDevice = false;           // the lazy start is done
   pthread_t thread = {};
+
+  int last_batch = 0;  // commands of the read batch that was set up last
 
   // Scratch memory of the filters, kept so that a steady poll allocates nothing.
   ReadBatch read_batch;

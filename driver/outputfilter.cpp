@@ -39,15 +39,15 @@ void start_device(GData& device) {
 
 // One command a request. A name that cannot be substituted raises before anything is queued.
 void set_up_commands(GData& device, GUI_REQUEST* requests, int count) {
-  for (int i = 0; i < kCommandPoolSize; ++i) {
+  for (int i = 0; i < count; ++i) {
     stCmdDesc& command = device.GCmdDesc[i];
-    // Also those of a longer batch before this one: they hold no value of this cycle.
     command.Cmd_Status = false;
-    command.nCmdIndex = static_cast<UINT>(i);
-    if (i >= count) continue;
     SetupReadCmdDesc(requests[i].byDriverData, &command, static_cast<UINT>(i), &device.GTagTable);
     command.pGData = &device;
   }
+  // Those of a longer batch before this one hold no value of this cycle.
+  for (int i = count; i < device.last_batch; ++i) device.GCmdDesc[i].Cmd_Status = false;
+  device.last_batch = count;
 }
 
 // Queues the commands, arrays at the head and scalars at the tail; the first request stays behind all arrays.

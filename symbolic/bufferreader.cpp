@@ -43,38 +43,38 @@ void read_number(Getter<T> get, const char* name, const SymbolicRW_t& rw, size_t
 
 // The same for elements from the first on for as long as the library says that they are of the run's type,
 // which it is asked before each: the first one's has been. Returns the first element left, with type its
-// type. Most of what a poll of arrays costs is spent here, so room is made for many elements at a time.
+// type. Most of what a poll of arrays costs is spent here: room is made for many elements at a time, and the
+// library puts them where they belong.
 template <ValueType_t::enum_t run_type, class T>
 [[gnu::always_inline]] inline size_t read_numbers(Getter<T> get, const char* name, const SymbolicRW_t& rw,
                                                   size_t element, size_t end, ValueType_t::enum_t& type,
                                                   ValueBytes& data) {
+  if (data.size() % sizeof(T) != 0) {
+    // Behind a number of another size, which a library that changes its mind leaves, there is no place for
+    // it.
+    read_number(get, name, rw, element, data);
+    if (++element != end) ask_value_type(rw, type);
+    return element;
+  }
   // Few enough for a count that the library made up to cost nothing in advance.
   constexpr size_t kAtATime = 512;
+  const size_t stop = std::min(end, element + kAtATime);
+  T* next = data.MakeRoomFor<T>(stop - element);
   ValueType_t::enum_t next_type = run_type;
-  do {
-    const size_t stop = std::min(end, element + kAtATime);
-    unsigned char* next = data.MakeRoom((stop - element) * sizeof(T));
-    for (;;) {
-      // Cleared whole, which is one store: of a 16-bit value it would be more.
-      union {
-        std::uint64_t all;
-        T value;
-      } fetched = {.all = 0};
-      const agl_int32_t res =
-          get(rw.AccessHandle, rw.Buffer, length_of(rw), element_of(element), &fetched.value);
-      if (res == AGL40_SUCCESS) {
-        std::memcpy(next, &fetched.value, sizeof(T));
-        next += sizeof(T);
-      } else {
-        ErrorHelper::ShowError(res, name);
-      }
-      if (++element == stop) break;
-      ask_value_type(rw, next_type);
-      if (next_type != run_type) break;
+  for (;;) {
+    const agl_int32_t res = get(rw.AccessHandle, rw.Buffer, length_of(rw), element_of(element), next);
+    if (res == AGL40_SUCCESS) {
+      ++next;
+    } else {
+      ErrorHelper::ShowError(res, name);
+      *next = T{};
     }
-    data.EndAt(next);
-    if (element == stop && element != end) ask_value_type(rw, next_type);
-  } while (element != end && next_type == run_type);
+    if (++element == stop) break;
+    ask_value_type(rw, next_type);
+    if (next_type != run_type) break;
+  }
+  data.EndAt(next);
+  if (element == stop && element != end) ask_value_type(rw, next_type);
   type = next_type;
   return element;
 }

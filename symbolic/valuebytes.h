@@ -40,12 +40,17 @@ class ValueBytes {
     size_ += sizeof value;
   }
 
-  // Room for count bytes at the end, to be filled and then counted in by EndAt(behind the last one filled).
-  unsigned char* MakeRoom(std::size_t count) {
-    if (storage_.size() - size_ < count) Grow(count);
-    return storage_.data() + size_;
+  // Room for count zeros of type T at the end, to be filled and then counted in by EndAt(behind the last one
+  // filled). The size so far must be a multiple of T's.
+  template <class T>
+  T* MakeRoomFor(std::size_t count) {
+    unsigned char* room = MakeRoom(count * sizeof(T));
+    std::memset(room, 0, count * sizeof(T));
+    return reinterpret_cast<T*>(room);
   }
-  void EndAt(const unsigned char* end) { size_ = static_cast<std::size_t>(end - storage_.data()); }
+  void EndAt(const void* end) {
+    size_ = static_cast<std::size_t>(static_cast<const unsigned char*>(end) - storage_.data());
+  }
 
   // New bytes are zero.
   void Resize(std::size_t size) {
@@ -67,6 +72,12 @@ class ValueBytes {
 
  private:
   static constexpr std::size_t kKept = 65536;
+
+  // Room for count bytes at the end.
+  unsigned char* MakeRoom(std::size_t count) {
+    if (storage_.size() - size_ < count) Grow(count);
+    return storage_.data() + size_;
+  }
 
   [[gnu::cold]] void Grow(std::size_t more) {
     std::size_t size = storage_.size() * 2 > 16 ? storage_.size() * 2 : 16;

@@ -71,6 +71,10 @@ class PathReader {
 };
 
 const Symbol* find(const std::vector<Symbol>& symbols, std::string_view name) {
+  // As a rule a name is written as it was declared, and no two differ in letter case alone: what is spelt the
+  // same is looked for first, since thousands of members take long to compare without case.
+  const auto same = std::ranges::find(symbols, name, &Symbol::name);
+  if (same != symbols.end()) return &*same;
   const auto found = std::find_if(symbols.begin(), symbols.end(),
                                   [name](const Symbol& symbol) { return equal_names(symbol.name, name); });
   return found == symbols.end() ? nullptr : &*found;
