@@ -43,6 +43,10 @@ void finish_help(CLI::App& app, const std::string& program) {
 
 }  // namespace
 
+std::string not_negative(const std::string& text) {
+  return text.rfind('-', 0) == 0 ? text + " is negative; give 0 or more" : "";
+}
+
 Programs program_bit(std::string_view program) {
   if (program == "ostravel-host") return kHost;
   if (program == "ostravel-tags") return kTags;
@@ -66,7 +70,7 @@ std::optional<int> parse_command_line(CLI::App& app, const char* program, int ar
   } catch (const CLI::ParseError& error) {
     if (error.get_exit_code() == 0) {
       app.exit(error);
-      return kExitOk;
+      return std::cout.flush() ? kExitOk : kExitUsage;
     }
     std::cerr << program << ": " << error.what() << "; see " << program << " --help\n";
     return kExitUsage;

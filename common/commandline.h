@@ -18,6 +18,10 @@ namespace ostravel {
 // With --option-table as the only argument it prints what optiontable.h says.
 std::optional<int> parse_command_line(CLI::App& app, const char* program, int argc, const char* const* argv);
 
+// A check for options that take an unsigned number: without it "-1" is taken for the largest there is. Leaves
+// the help as it is.
+std::string not_negative(const std::string& text);
+
 // Which bit of Programs a name such as "ostravel-host" has; kEveryProgram, and so only the exit codes that
 // all have, for another name.
 Programs program_bit(std::string_view program);

@@ -6,6 +6,7 @@
 
 namespace ostravel::host {
 
+using ostravel::not_negative;
 using ostravel::parse_command_line;
 
 }  // namespace ostravel::host

@@ -7,6 +7,7 @@
 #include <stdexcept>
 
 #include "host/csv.h"
+#include "host/text.h"
 
 namespace ostravel::host {
 namespace {
@@ -24,18 +25,7 @@ std::string plain_text(const json& cell) {
 }
 
 std::string table_cell(const json& cell) {
-  if (cell.is_null()) {
-    return "-";
-  }
-  std::string text;
-  for (const char c : plain_text(cell)) {
-    if (static_cast<unsigned char>(c) < 0x20 || c == 0x7F) {
-      text += fmt::format("\\u{:04x}", static_cast<unsigned>(c));
-    } else {
-      text += c;
-    }
-  }
-  return text;
+  return cell.is_null() ? "-" : visible(plain_text(cell));
 }
 
 std::string capitals(std::string text) {

@@ -17,6 +17,7 @@
 #include "host/record/record_command.h"
 #include "host/reference/status_command.h"
 #include "host/reference/tag_names_command.h"
+#include "host/text.h"
 #include "host/usererror.h"
 #include "host/watch/watch_command.h"
 
@@ -60,10 +61,10 @@ int main(int argc, char** argv) {
   try {
     return run_command(argc, argv);
   } catch (const NoDriver& error) {
-    fmt::print(stderr, "ostravel-host: {}\n", error.what());
+    fmt::print(stderr, "ostravel-host: {}\n", visible(error.what()));
     return kExitNoDriver;
   } catch (const std::exception& error) {
-    fmt::print(stderr, "ostravel-host: {}\n", error.what());
+    fmt::print(stderr, "ostravel-host: {}\n", visible(error.what()));
     return kExitUsage;
   }
 }

@@ -7,6 +7,8 @@
 #include <algorithm>
 #include <nlohmann/json.hpp>
 
+#include "host/text.h"
+
 namespace ostravel::host {
 namespace {
 
@@ -79,7 +81,8 @@ std::vector<std::string> layout_table(const std::vector<TableRow>& rows, std::si
 }
 
 std::string value_text(const nlohmann::json& value) {
-  return value.is_null() ? "-" : value.dump(-1, ' ', false, nlohmann::json::error_handler_t::replace);
+  return value.is_null() ? "-"
+                         : visible(value.dump(-1, ' ', false, nlohmann::json::error_handler_t::replace));
 }
 
 void LiveTable::draw(const std::vector<std::string>& lines) {

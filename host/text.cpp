@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "host/text.h"
 
+#include <fmt/format.h>
+
 #include <algorithm>
 #include <array>
 
@@ -67,6 +69,13 @@ std::optional<char32_t> take_point(std::string_view& text) {
   return point;
 }
 
+bool is_harmless(char32_t point) {
+  const bool control = point < 0x20 || (point >= 0x7F && point < 0xA0);
+  const bool turns_direction = point == 0x200E || point == 0x200F || (point >= 0x202A && point <= 0x202E) ||
+                               (point >= 0x2066 && point <= 0x2069);
+  return !control && !turns_direction;
+}
+
 }  // namespace
 
 std::optional<std::u16string> utf16_from_utf8(std::string_view text) {
@@ -113,6 +122,27 @@ std::optional<std::uint8_t> byte_from_unit(char16_t unit) {
     return std::nullopt;
   }
   return static_cast<std::uint8_t>(unit);
+}
+
+std::string visible(std::string_view text) {
+  std::string shown;
+  shown.reserve(text.size());
+  while (!text.empty()) {
+    auto rest = text;
+    const auto point = take_point(rest);
+    if (!point) {
+      shown += fmt::format("\\x{:02x}", static_cast<unsigned char>(text.front()));
+      text.remove_prefix(1);
+      continue;
+    }
+    if (is_harmless(*point)) {
+      shown += text.substr(0, text.size() - rest.size());
+    } else {
+      shown += fmt::format("\\u{:04x}", static_cast<std::uint32_t>(*point));
+    }
+    text = rest;
+  }
+  return shown;
 }
 
 }  // namespace ostravel::host

@@ -25,4 +25,9 @@ char16_t unit_from_byte(std::uint8_t byte);
 // The opposite; nothing when the page does not have the character.
 std::optional<std::uint8_t> byte_from_unit(char16_t unit);
 
+// For lines that people read. Names and texts come from files and PLCs: a control character, which could
+// steer the terminal or break the line, and a sign that turns the direction of writing are shown as \u001b, a
+// byte that is no UTF-8 as \xff. Anything else stays as it is.
+std::string visible(std::string_view text);
+
 }  // namespace ostravel::host

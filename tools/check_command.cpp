@@ -8,6 +8,7 @@
 
 #include "host/csv.h"
 #include "host/files.h"
+#include "host/text.h"
 #include "host/usererror.h"
 #include "tools/commands.h"
 #include "tools/listcheck.h"
@@ -45,7 +46,7 @@ void print_finding(const Formats& formats, const std::string& file, const TagFin
     fmt::print("{},{},{},{},{},{}\n", csv_field(file), place.line, place.column, word(severity),
                csv_field(found.tag), csv_field(text));
   } else {
-    fmt::print("{}: {}: {}\n", place_text(file, place), word(severity), text);
+    fmt::print("{}: {}: {}\n", visible(place_text(file, place)), word(severity), visible(text));
   }
 }
 

@@ -7,6 +7,7 @@
 
 #include "host/csv.h"
 #include "host/files.h"
+#include "host/text.h"
 #include "host/usererror.h"
 #include "tools/commands.h"
 #include "tools/diff.h"
@@ -67,10 +68,10 @@ std::string tag_text(const Tag& tag) {
 void print_text(const TagDifference& tag) {
   switch (tag.change) {
     case Change::Removed:
-      fmt::print("- {}: {}\n", tag.before->name, tag_text(*tag.before));
+      fmt::print("- {}: {}\n", visible(tag.before->name), tag_text(*tag.before));
       return;
     case Change::Added:
-      fmt::print("+ {}: {}\n", tag.after->name, tag_text(*tag.after));
+      fmt::print("+ {}: {}\n", visible(tag.after->name), tag_text(*tag.after));
       return;
     case Change::Changed:
       break;
@@ -80,7 +81,7 @@ void print_text(const TagDifference& tag) {
     text += fmt::format("{}{} {} -> {}", text.empty() ? "" : ", ", field_name(field),
                         plain(json_of(*tag.before, field)), plain(json_of(*tag.after, field)));
   }
-  fmt::print("~ {}: {}\n", tag.after->name, text);
+  fmt::print("~ {}: {}\n", visible(tag.after->name), text);
 }
 
 void print_json_line(const TagDifference& tag) {
@@ -117,7 +118,7 @@ void print_setting(const Formats& formats, const char* setting, const Json& befo
   } else if (before == after) {
     fmt::print("~ {}: another\n", setting);
   } else {
-    fmt::print("~ {}: {} -> {}\n", setting, plain(before), plain(after));
+    fmt::print("~ {}: {} -> {}\n", setting, visible(plain(before)), visible(plain(after)));
   }
 }
 
@@ -127,7 +128,7 @@ void print_moved(const Formats& formats, const Tag& tag) {
   } else if (formats.csv) {
     fmt::print("order,{},,,\n", csv_field(tag.name));
   } else {
-    fmt::print("~ order: {} is the first that stands further up\n", tag.name);
+    fmt::print("~ order: {} is the first that stands further up\n", visible(tag.name));
   }
 }
 

@@ -7,6 +7,7 @@
 #include <exception>
 
 #include "host/commandline.h"
+#include "host/text.h"
 #include "host/usererror.h"
 #include "tools/commands.h"
 
@@ -41,7 +42,7 @@ int main(int argc, char** argv) {
   try {
     return run_command(argc, argv);
   } catch (const std::exception& error) {
-    fmt::print(stderr, "ostravel-tags: {}\n", error.what());
+    fmt::print(stderr, "ostravel-tags: {}\n", visible(error.what()));
     return kExitUsage;
   }
 }

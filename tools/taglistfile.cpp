@@ -7,6 +7,7 @@
 #include <utility>
 
 #include "host/files.h"
+#include "host/text.h"
 #include "tools/progress.h"
 
 namespace ostravel::tags {
@@ -48,7 +49,8 @@ std::string place_text(const std::string& name, const Place& place) {
 
 TagListReader::Report warn_on_stderr(const std::string& name) {
   return [name](const Finding& finding) {
-    fmt::print(stderr, "ostravel-tags: {}: warning: {}\n", place_text(name, finding.place), finding.text);
+    fmt::print(stderr, "ostravel-tags: {}: warning: {}\n", visible(place_text(name, finding.place)),
+               visible(finding.text));
   };
 }
 

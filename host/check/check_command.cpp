@@ -12,6 +12,7 @@
 #include "host/check/progress.h"
 #include "host/config/devices.h"
 #include "host/interrupt.h"
+#include "host/text.h"
 #include "host/usererror.h"
 
 namespace ostravel::host {
@@ -82,8 +83,8 @@ class Printer {
                    good ? json() : json(finding.text)});
       return;
     }
-    fmt::print(out_, "{:<8}  {}: {}\n", to_text(finding.verdict), tag.label,
-               good ? fmt::format("{} reads {}", type, report.plc_type) : finding.text);
+    fmt::print(out_, "{:<8}  {}: {}\n", to_text(finding.verdict), visible(tag.label),
+               good ? fmt::format("{} reads {}", type, report.plc_type) : visible(finding.text));
   }
 
   std::FILE* out_;

@@ -9,12 +9,14 @@
 #include <optional>
 #include <string_view>
 
+#include "host/commandline.h"
 #include "host/commands/polling.h"
 #include "host/commands/shared.h"
 #include "host/commands/tagtree.h"
 #include "host/config/devices.h"
 #include "host/files.h"
 #include "host/table.h"
+#include "host/text.h"
 #include "host/usererror.h"
 
 namespace ostravel::host {
@@ -134,7 +136,7 @@ class Browser {
     constexpr std::size_t kCellLimit = 72;
     std::vector<TableRow> rows;
     for (const auto& line : lines_) {
-      TableRow row{line.text, "", ""};
+      TableRow row{visible(line.text), "", ""};
       if (line.tag != TagTree::kNone) {
         row[1] = type_of(tags_[line.tag].selection.tag);
         row[2] = poller_ ? shown_value(poller_->state(places_[line.tag])) : "";
@@ -181,6 +183,7 @@ void add_browse_command(CLI::App& app, const CommonOptions& common, CommandRunne
   auto options = std::make_shared<BrowseOptions>();
   command->add_option("FILTER", options->filter, "only tags with this in their names, or fitting * and ?");
   command->add_option("--depth", options->depth, "levels to show; 0 shows all")
+      ->check(not_negative)
       ->type_name("NUMBER")
       ->capture_default_str();
   command->add_flag("--no-values", options->no_values, "show names and types only; needs no PLC");

@@ -9,6 +9,7 @@
 #include "host/commands/shared.h"
 #include "host/config/devices.h"
 #include "host/table.h"
+#include "host/text.h"
 #include "host/usererror.h"
 
 namespace ostravel::host {
@@ -29,9 +30,9 @@ int read_tags(const CommonOptions& common, const std::vector<std::string>& names
     if (common.format() != Format::Text) {
       rows.write(tag_cells(poller, i));
     } else if (state.error == 0) {
-      fmt::print(out, "{} = {}\n", poller.tag(i).label, value_text(state.value));
+      fmt::print(out, "{} = {}\n", visible(poller.tag(i).label), value_text(state.value));
     } else {
-      fmt::print(out, "{}: {}\n", poller.tag(i).label, status_text(state));
+      fmt::print(out, "{}: {}\n", visible(poller.tag(i).label), status_text(state));
     }
   }
   devices.output().finish();

@@ -13,6 +13,7 @@
 #include "host/format.h"
 #include "host/literal.h"
 #include "host/table.h"
+#include "host/text.h"
 #include "host/usererror.h"
 
 namespace ostravel::host {
@@ -77,8 +78,8 @@ int index_of(const DeviceTag& tag, const Access& access) {
 // One request as a line for people.
 std::string request_line(const DeviceTag& tag, const WriteAccess& write) {
   const auto& access = write.access;
-  auto line = fmt::format("{}: {} write, type {}, row {}", tag.label, write.words.empty() ? "bit" : "word",
-                          tag.selection.tag.type->name, access.row);
+  auto line = fmt::format("{}: {} write, type {}, row {}", visible(tag.label),
+                          write.words.empty() ? "bit" : "word", tag.selection.tag.type->name, access.row);
   if (access.array_index != kNoArrayIndex) {
     line += fmt::format(", index {}", index_of(tag, access));
   }
@@ -171,10 +172,10 @@ int write_tags(const CommonOptions& common, const std::vector<std::string>& text
       fmt::print(stderr,
                  "ostravel-host: {}: reads back as another value; the write failed, or the PLC's program "
                  "changed it\n",
-                 poller.tag(i).label);
+                 visible(poller.tag(i).label));
     }
     if (common.format() == Format::Text) {
-      fmt::print(devices.output().stream(), "{} reads back as {} ({})\n", poller.tag(i).label,
+      fmt::print(devices.output().stream(), "{} reads back as {} ({})\n", visible(poller.tag(i).label),
                  value_text(state.value), status_text(state));
     } else {
       rows.write(tag_cells(poller, i));

@@ -12,6 +12,7 @@
 
 #include "host/plot/canvas.h"
 #include "host/plot/polylines.h"
+#include "host/text.h"
 
 namespace ostravel::host::plot {
 namespace {
@@ -73,7 +74,7 @@ class Painter {
     plot_width_ = options_.width - label_width_ - 1 - 3;
     times_ = chart_.times(std::max(plot_width_ / (kWidestTimeLabel + 2), 1));
     if (!chart_.options().title.empty()) {
-      add(chart_.options().title);
+      add(visible(chart_.options().title));
     }
     for (std::size_t i = 0; i < chart_.panels().size(); ++i) {
       paint_legend(i);
@@ -102,7 +103,7 @@ class Painter {
       const auto letter = letter_of(number);
       const auto room = options_.width - width_of(letter) - 1;
       // Of what does not fit, the name matters more than the numbers.
-      const auto name = cut(chart_.series()[number].name, room);
+      const auto name = cut(visible(chart_.series()[number].name), room);
       add(coloured(letter, number) + " " + name + cut(numbers, room - width_of(name)));
     }
   }

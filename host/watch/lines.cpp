@@ -7,6 +7,7 @@
 
 #include "host/commands/shared.h"
 #include "host/table.h"
+#include "host/text.h"
 
 namespace ostravel::host::watch {
 namespace {
@@ -49,7 +50,7 @@ void ChangeLines::print_tag(const TagPoller& poller, std::size_t i, const std::s
     cells.insert(cells.begin(), time);
     rows_->write(cells);
   } else {
-    fmt::print(out_, "{} = {} ({})\n", poller.tag(i).label, value_text(poller.state(i).value),
+    fmt::print(out_, "{} = {} ({})\n", visible(poller.tag(i).label), value_text(poller.state(i).value),
                status_text(poller.state(i)));
   }
 }

@@ -47,6 +47,17 @@ TEST(HostRead, CsvHasAHeaderAndQuotes) {
             "None,REAL,,2,5,no data\n");
 }
 
+TEST(HostRead, NamesCannotSteerTheTerminal) {
+  HostRun sample("\"Level\x1B[31m\",INT,1,,1,1,1\n");
+  sample.set("FAKE_DRIVER_WORDS", "0:65531");
+  const std::string shown = "Level\\u001b[31m";
+  EXPECT_EQ(sample({"read"}).out, shown + " = -5\n");
+  EXPECT_NE(sample({"browse"}).out.find("Level\\u001b"), std::string::npos);
+  EXPECT_EQ(sample({"browse"}).out.find('\x1B'), std::string::npos);
+  EXPECT_EQ(sample({"watch", "--plain", "--count", "1"}).out, "# online\n" + shown + " = -5 (0/5 ok)\n");
+  EXPECT_EQ(sample({"read", "None\x1B[2J"}).error.find('\x1B'), std::string::npos);
+}
+
 TEST(HostRead, JsonAndCsvExcludeEachOther) {
   const auto result = Sample()({"--json", "--csv", "read"});
   EXPECT_EQ(result.error, "ostravel-host: --json excludes --csv; see ostravel-host --help\n");

@@ -34,5 +34,25 @@ TEST(Text, EveryByteHasOneCharacterOfThePage) {
   EXPECT_EQ(byte_from_unit(0x80), std::nullopt);
 }
 
+TEST(Text, WhatCouldSteerATerminalIsMadeVisible) {
+  EXPECT_EQ(visible("a\x1B[31mb"), "a\\u001b[31mb");
+  EXPECT_EQ(visible("a\nb\x7F"), "a\\u000ab\\u007f");
+  EXPECT_EQ(visible("\xC2\x9B"
+                    "2J"),
+            "\\u009b2J")
+      << "the control sequence introducer as one character";
+  EXPECT_EQ(visible("\xE2\x80\xAE"
+                    "x"),
+            "\\u202ex")
+      << "writing from right to left";
+  EXPECT_EQ(visible("a\xFF\xE2\x82"), "a\\xff\\xe2\\x82") << "no UTF-8";
+}
+
+TEST(Text, HarmlessTextIsVisibleAsItIs) {
+  for (const char* text : {"", "Plant.\"Tank.1 (north)\".Level", "aä€𝄞", "back\\slash", "\xC2\xA0"}) {
+    EXPECT_EQ(visible(text), text);
+  }
+}
+
 }  // namespace
 }  // namespace ostravel::host

@@ -66,6 +66,21 @@ TEST(TagsPack, GivesBackByteForByteWhatWasPacked) {
             "# password: x\n" + kHeader + "\"A.\"\"B\"\"\",INT,1,,1,1,1\nD,REAL,1,,1,1,2\n");
 }
 
+TEST(TagsCommands, NamesInAFileCannotSteerTheTerminal) {
+  const Scratch scratch;
+  scratch.write("a.csv", kHeader + "\"A\x1B[31m\",INT,1,,1,1,1\n");
+  scratch.write("b.csv", kHeader + "\"A\x1B[31m\",X\x1B[2J,1,,1,1,1\n");
+  scratch.write("c.csv", kHeader);
+  for (const std::vector<std::string>& words : {std::vector<std::string>{"check", "a.csv"},
+                                                {"check", "b.csv"},
+                                                {"diff", "a.csv", "c.csv"},
+                                                {"pack", "b.csv", "b.project"}}) {
+    const auto result = run(scratch, words);
+    EXPECT_THAT(result.out + result.error, HasSubstr("\\u001b")) << words.front();
+    EXPECT_EQ((result.out + result.error).find('\x1B'), std::string::npos) << words.front();
+  }
+}
+
 TEST(TagsPack, ColumnThatMayBeMisspeltIsWarnedOf) {
   const Scratch scratch;
   scratch.write("a.csv", kSpreadsheet);
