@@ -3,6 +3,7 @@
 
 #include <fcntl.h>
 #include <fmt/format.h>
+#include <poll.h>
 #include <unistd.h>
 
 #include <cerrno>
@@ -39,6 +40,11 @@ OwnOutput::~OwnOutput() {
   std::fflush(stream_);
   dup2(fileno(stream_), STDOUT_FILENO);
   std::fclose(stream_);
+}
+
+bool OwnOutput::has_reader() const {
+  pollfd pipe{fileno(stream_), 0, 0};
+  return ::poll(&pipe, 1, 0) <= 0 || (pipe.revents & POLLERR) == 0;
 }
 
 void OwnOutput::finish() const {

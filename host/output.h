@@ -20,6 +20,9 @@ class OwnOutput {
 
   std::FILE* stream() const { return stream_; }
   bool is_terminal() const;
+  // False once whoever read from the pipe has gone (head, a pager): who prints rarely would notice it late or
+  // never.
+  bool has_reader() const;
   // Throws UserError when something printed did not arrive, on a full disk for instance.
   void finish() const;
 

@@ -7,6 +7,7 @@
 #include <filesystem>
 #include <memory>
 
+#include "host/commandline.h"
 #include "host/commands/shared.h"
 #include "host/files.h"
 #include "host/interrupt.h"
@@ -143,6 +144,7 @@ void add_options(CLI::App& command, PlotOptions& options) {
   record::add_duration(command, "--for", options.length, "live: how long to poll; without it until Ctrl+C")
       ->needs(live);
   command.add_option("--count", options.count, "live: polls to make; 0 goes on until Ctrl+C")
+      ->check(not_negative)
       ->needs(live)
       ->capture_default_str();
 }

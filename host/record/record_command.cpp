@@ -8,6 +8,7 @@
 #include <memory>
 
 #include "host/check/progress.h"
+#include "host/commandline.h"
 #include "host/commands/shared.h"
 #include "host/interrupt.h"
 #include "host/record/duration.h"
@@ -116,6 +117,7 @@ void add_record_command(CLI::App& app, const CommonOptions& common, CommandRunne
   record::add_duration(*command, "--interval", options->interval, "time from row to row");
   record::add_duration(*command, "--for", options->length, "how long to record; without it until Ctrl+C");
   command->add_option("--count", options->count, "rows to record; 0 goes on until Ctrl+C")
+      ->check(not_negative)
       ->capture_default_str();
   command->add_flag("--on-change", options->on_change, "leave out rows in which nothing has changed");
   command->add_flag("--long", options->long_form, "a row for each tag instead of a column");

@@ -8,6 +8,7 @@
 #include <memory>
 #include <optional>
 
+#include "host/commandline.h"
 #include "host/commands/shared.h"
 #include "host/config/devices.h"
 #include "host/interrupt.h"
@@ -35,7 +36,7 @@ int watch_as_lines(const CommonOptions& common, const WatchOptions& options, Dev
   for (std::uint64_t i = 0; !interrupted() && (options.count == 0 || i < options.count); ++i) {
     if (i > 0) {
       sleep_unless_interrupted(milliseconds(options.interval_ms) + poller.pause());
-      if (interrupted()) {
+      if (interrupted() || !devices.output().has_reader()) {
         break;
       }
     }
@@ -129,6 +130,7 @@ void add_watch_command(CLI::App& app, const CommonOptions& common, CommandRunner
       ->check(CLI::Range(1, 3'600'000))
       ->capture_default_str();
   command->add_option("--count", options->count, "polls to make; 0 goes on until Ctrl+C")
+      ->check(not_negative)
       ->capture_default_str();
   command->add_flag("--plain", options->plain, "lines instead of a table, on a terminal too");
   command->footer(

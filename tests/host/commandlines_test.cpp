@@ -11,7 +11,9 @@
 namespace ostravel::host {
 namespace {
 
+using testing::AllOf;
 using testing::HasSubstr;
+using testing::Not;
 using testing::StartsWith;
 
 struct Result {
@@ -49,6 +51,34 @@ struct Packed : Scratch {
   std::string project = path("a.project");
   Packed() { tags({"pack", write("a.csv", kList), project}); }
 };
+
+TEST(CommandLines, NegativeNumberIsNotTakenForAHugeOne) {
+  const Packed packed;
+  for (const std::vector<std::string>& words : {std::vector<std::string>{"watch", "--plain", "--count", "-1"},
+                                                {"record", "-", "--count", "-1"},
+                                                {"plot", "--live", "Level", "--count", "-1"},
+                                                {"browse", "--depth", "-2"}}) {
+    auto arguments = words;
+    arguments.insert(arguments.begin(), {"--project", packed.project});
+    const auto result = host(arguments);
+    EXPECT_EQ(result.code, 2) << words.front();
+    EXPECT_THAT(result.error, HasSubstr("is negative; give 0 or more")) << words.front();
+  }
+}
+
+TEST(CommandLines, WatchEndsWithItsReader) {
+  const Packed packed;
+  const auto result = run("/bin/sh", {"-c",
+                                      "(timeout 20 \"$0\" --driver \"$1\" --project \"$2\" watch --plain "
+                                      "--interval 20; echo \"ended $?\" >&2) | head -1",
+                                      HOST_PATH, FAKE_DRIVER_PATH, packed.project});
+  EXPECT_EQ(result.out, "# online\n");
+  EXPECT_THAT(result.error, AllOf(HasSubstr("ended"), Not(HasSubstr("ended 124"))));
+}
+
+TEST(CommandLines, HelpThatCannotBeWrittenIsNoSuccess) {
+  EXPECT_EQ(run("/bin/sh", {"-c", "exec \"$0\" --help >/dev/full", TAGS_PATH}).code, 2);
+}
 
 TEST(OstravelTags, PacksAndDumps) {
   const Scratch scratch;
