@@ -76,8 +76,8 @@ void SetupWriteCmdDesc(BYTE* pDriverData, stCmdDesc* pDesc, UINT nCmdIndex, cons
                        void* pValueArray, DWORD BitArrayCache);
 
 // Replaces the index placeholder of a tag name ("Motor[INDEX].Speed") by "[" array index "]" and writes the
-// result with its NUL into pRename, which must have room for as many characters as the name: the result is
-// never longer. Returns false, and leaves pRename alone, when the name has no placeholder. Raises
+// result with its NUL into pRename, which must have room for the name with its NUL: the result is never
+// longer. Returns false, and leaves pRename alone, when the name has no placeholder. Raises
 // std::out_of_range when no "[" stands before "INDEX]".
 bool use_index_register(const CHAR* pSource_name, CHAR* pRename, const stTag* pTag);
 

@@ -57,7 +57,7 @@ struct GData {
 
   int last_batch = 0;  // commands of the read batch that was set up last
 
-  // Scratch memory of the filters, kept so that a steady poll allocates nothing.
+  // Scratch memory of the filters, kept so that a steady poll of numbers allocates nothing.
   ReadBatch read_batch;
   TagName write_name;
   std::vector<unsigned char> write_bytes;

@@ -7,6 +7,7 @@
 #include <iterator>
 #include <string>
 #include <string_view>
+#include <utility>
 
 #include "driver/arrayelement.h"
 #include "driver/datatypes.h"
@@ -29,12 +30,13 @@ void rename_string_element(GData& device, stTag& tag) {
   if (tag.DataType != DT_STRING || IsMultiDimensionArray(name)) return;
   const long index = index_in_name(name);
   if (index == kNoArrayIndex || index == tag.ArrayIndex) return;
-  const auto [entry, is_new] = device.rebuilt_names.try_emplace({tag.TagIndex, tag.ArrayIndex});
-  GData::RebuiltName& rebuilt = entry->second;
-  if (is_new) {
-    rebuilt.name = with_index(without_index(name), tag.ArrayIndex);
+  auto entry = device.rebuilt_names.find({tag.TagIndex, tag.ArrayIndex});
+  if (entry == device.rebuilt_names.end()) {
+    GData::RebuiltName rebuilt = {with_index(without_index(name), tag.ArrayIndex), 0};
     rebuilt.row = device.GTagTable.get_index_by_name(rebuilt.name.c_str());
+    entry = device.rebuilt_names.try_emplace({tag.TagIndex, tag.ArrayIndex}, std::move(rebuilt)).first;
   }
+  const GData::RebuiltName& rebuilt = entry->second;
   tag.pTagName = rebuilt.name.c_str();
   tag.TagIndex = rebuilt.row;
 }

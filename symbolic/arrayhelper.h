@@ -16,8 +16,7 @@
 bool IsMultiDimensionArray(std::string_view name);
 
 // Cuts the last bracket group off a path that ends with "]". Raises std::out_of_range for a path that ends so
-// without any
-// "[", and for an empty one.
+// without any "[", and for an empty one.
 std::string RemoveLastArraySymbol(std::string strTag);
 
 // Appends the bounds of the array that tag_path, or the element that it names, belongs to. True with nothing

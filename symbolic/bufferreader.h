@@ -5,10 +5,10 @@
 //   WChar                       4 zero bytes
 //   counter                     u16
 //   S5TIME                      u32 milliseconds
-//   DATE_AND_TIME               u16 year, u8 month, day, weekday, hour, minute, second, u16 milliseconds: 10
-//   bytes DTL                         u16 year, u8 month, day, weekday, hour, minute, second, u32
-//   nanoseconds: 12 bytes String                      declared length + 1 bytes WString                     2
-//   x (declared length + 1) bytes
+//   DATE_AND_TIME, 10 bytes     u16 year, u8 month, day, weekday, hour, minute, second, u16 milliseconds
+//   DTL, 12 bytes               u16 year, u8 month, day, weekday, hour, minute, second, u32 nanoseconds
+//   String                      declared length + 1 bytes
+//   WString                     2 x (declared length + 1) bytes
 //
 // The readers append, but a string takes the whole vector: it is read one element a vector.
 #pragma once

@@ -63,11 +63,12 @@ void write_value(Setter<T> set, const char* name, SymbolicRW_t& rw, size_t eleme
   if (res != AGL40_SUCCESS && name != kUnreported) ErrorHelper::ShowError(res, name);
 }
 
-void ask_type_to_write(const SymbolicRW_t& rw, ValueType_t::enum_t& type) {
+// False, with a line that says so, when the library fails; type is then what it left, undefined of itself.
+bool ask_type_to_write(const SymbolicRW_t& rw, ValueType_t::enum_t& type) {
   type = ValueType_t::vt_UNDEFINED;
-  if (AGL_Symbolic_GetAccessElementValueType(rw.AccessHandle, &type) != AGL40_SUCCESS) {
-    std::puts("AGL_Symbolic_GetAccessElementValueType ERROR");
-  }
+  if (AGL_Symbolic_GetAccessElementValueType(rw.AccessHandle, &type) == AGL40_SUCCESS) return true;
+  std::puts("AGL_Symbolic_GetAccessElementValueType ERROR");
+  return false;
 }
 
 SystemType_t::enum_t system_type_of(const SymbolicRW_t& rw) {
@@ -293,7 +294,7 @@ void BufferWriter::WriteBufferValues(SymbolicRW_t& rws, const std::vector<unsign
   AGL_Symbolic_GetAccessBufferElementCount(rws.AccessHandle, &elementCount);
   if (rws.Result != AGL40_SUCCESS || rws.SError != 0) return;
   ValueType_t::enum_t valueType;
-  ask_type_to_write(rws, valueType);
+  if (!ask_type_to_write(rws, valueType)) valueType = ValueType_t::vt_UNDEFINED;
   if (valueType == ValueType_t::vt_STRING8 || valueType == ValueType_t::vt_STRING16) {
     WriteBufferValue(rws, 0, data, data.size());
     return;

@@ -3,7 +3,6 @@
 
 void ReadBatch::Clear() {
   size_ = 0;
-  memory_.Clear();
 }
 
 void ReadBatch::MakeRoom() {

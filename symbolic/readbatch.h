@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 // The paths of one batched read and, after it, their values. One that is kept from poll to poll allocates
-// nothing once it has seen the largest.
+// nothing for numbers once it has seen the largest batch of usual size; a text takes one allocation.
 #pragma once
 
 #include <cstddef>

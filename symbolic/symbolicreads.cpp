@@ -100,6 +100,7 @@ bool SymbolsLoader::ReadPaths(ReadBatch& batch, int& ReadErrorcode) {
     }
   }
   for (const SymbolicRW_t& rw : rws) AGL_Symbolic_FreeHandle(rw.AccessHandle);
+  batch.memory_.Clear();
   return result == AGL40_SUCCESS && !rws.empty();
 }
 

@@ -20,11 +20,11 @@ bool SymbolsLoader::WriteDataFromPlcByPath(std::string_view ITEM, const std::vec
   if (AGL_Symbolic_GetAccessBufferSize(rw.AccessHandle, &dataSize) != AGL40_SUCCESS) return false;
 
   rw.BufferLen = dataSize;
-  write_memory_.Clear();
   write_memory_.Attach({&rw, 1});
   BufferWriter::WriteBufferValues(rw, data, source_index, trunk_size_for_byte);
   agl_int32_t serror = 0;
   const agl_int32_t result = AGL_Symbolic_WriteMixEx(station_id, &rw, 1, &serror, kWriteTimeout, 0);
+  write_memory_.Clear();
   // A job that failed keeps its access handle, deliberately.
   if (result != AGL40_SUCCESS) return false;
   AGL_Symbolic_FreeHandle(rw.AccessHandle);

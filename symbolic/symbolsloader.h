@@ -94,7 +94,7 @@ class SymbolsLoader {
                                                               int& ReadErrorcode);
 
   // The same into the batch: false when the whole job failed or there are no paths. What is read stays in the
-  // batch's own memory.
+  // batch's own memory. Once for each filling of the batch.
   bool ReadPaths(ReadBatch& batch, int& ReadErrorcode);
 
   // One path; empty on any failure.

@@ -3,6 +3,7 @@
 // that an append is a store, and it is kept: what is filled at every poll allocates once.
 #pragma once
 
+#include <algorithm>
 #include <cstddef>
 #include <cstring>
 #include <span>
@@ -79,10 +80,11 @@ class ValueBytes {
     return storage_.data() + size_;
   }
 
+  // To twice the size, so that what is appended value by value is moved seldom; to no more than it takes when
+  // that is more at once.
   [[gnu::cold]] void Grow(std::size_t more) {
-    std::size_t size = storage_.size() * 2 > 16 ? storage_.size() * 2 : 16;
-    while (size < size_ + more) size *= 2;
-    storage_.resize(size);
+    constexpr std::size_t kSmallest = 16;
+    storage_.resize(std::max({kSmallest, 2 * storage_.size(), size_ + more}));
   }
 
   std::vector<unsigned char> storage_;
