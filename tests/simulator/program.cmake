@@ -19,4 +19,4 @@ add_executable(simulator_program_tests
   program_text_test.cpp
   program_textfile_test.cpp)
 target_link_libraries(simulator_program_tests PRIVATE ostravel_program GTest::gmock GTest::gtest_main)
-gtest_discover_tests(simulator_program_tests DISCOVERY_TIMEOUT 60)
+ostravel_discover_tests(simulator_program_tests)
