@@ -20,6 +20,15 @@ inline agl_int32_t element_of(std::size_t elementIndex) {
   return static_cast<agl_int32_t>(elementIndex);
 }
 
+// The runtime addresses an element by a 16-bit index, the widest takes 8 bytes, and a command takes at most
+// 4096 bytes from there. What a value has beyond can be neither seen nor asked for, so a library that makes
+// sizes up costs no more than this.
+inline constexpr std::size_t kAddressableBytes = 65536 * 8 + 4096;
+
+// PLCs have six dimensions and texts of 16,382 characters at most; more than this is not believed.
+inline constexpr agl_int32_t kMostDimensions = 1024;
+inline constexpr agl_int32_t kLongestText = 1 << 20;
+
 struct FreeMemory {
   void operator()(void* memory) const { std::free(memory); }
 };

@@ -5,15 +5,8 @@
 #include <cstddef>
 #include <cstdint>
 
+#include "symbolic/accessbuffer.h"
 #include "symbolic/errorhelper.h"
-
-namespace {
-
-// The runtime addresses an element by a 16-bit index, the widest takes 8 bytes, and a command takes at most
-// 4096 bytes from there. A longer fill, as a negative lower bound gives, cannot be told from this one.
-constexpr std::size_t kAddressableBytes = 65536 * 8 + 4096;
-
-}  // namespace
 
 bool IsMultiDimensionArray(std::string_view name) {
   if (name.empty() || name.back() != ']') return false;
@@ -55,7 +48,7 @@ namespace {
 [[gnu::noinline]] bool fetch_bounds(HandleType node, ArrayBounds& bounds) {
   bounds.lower.clear();
   bounds.upper.clear();
-  for (agl_int32_t i = 0; i < bounds.dimensions; ++i) {
+  for (agl_int32_t i = 0; i < std::min(bounds.dimensions, kMostDimensions); ++i) {
     agl_int32_t lower = 0;
     agl_int32_t upper = 0;
     const agl_int32_t res = AGL_Symbolic_GetArrayDimension(node, i, &lower, &upper);
@@ -66,7 +59,7 @@ namespace {
     bounds.lower.push_back(static_cast<unsigned>(lower));
     bounds.upper.push_back(static_cast<unsigned>(upper));
   }
-  return true;
+  return bounds.dimensions <= kMostDimensions;
 }
 
 [[gnu::noinline]] const char* array_of_element(std::string_view tag_path, ArrayBounds& bounds) {
@@ -107,6 +100,7 @@ unsigned get_non_zero_base_array_fill_size(const std::vector<unsigned>& lower,
 std::size_t array_fill_bytes(unsigned element_size, const std::vector<unsigned>& lower,
                              const std::vector<unsigned>& upper) {
   const std::uint32_t fill = element_size * get_non_zero_base_array_fill_size(lower, upper);
+  // A longer fill, as a negative lower bound gives, cannot be told from this one.
   return std::min<std::size_t>(fill, kAddressableBytes);
 }
 
@@ -123,7 +117,7 @@ std::string ArrayHelper::ParseIndex(const HandleType& p_node) {
   agl_int32_t res = AGL_Symbolic_GetIndexSize(p_node, &index_size);
   if (res != AGL40_SUCCESS) ErrorHelper::ShowError(res, "AGL_Symbolic_GetIndexSize");
   std::string text = "[";
-  for (agl_int32_t i = 0; i < index_size; ++i) {
+  for (agl_int32_t i = 0; i < std::min(index_size, kMostDimensions); ++i) {
     agl_int32_t value = 0;
     res = AGL_Symbolic_GetIndex(p_node, i, &value);
     if (res != AGL40_SUCCESS) ErrorHelper::ShowError(res, "AGL_Symbolic_GetIndex");
@@ -138,7 +132,7 @@ std::string ArrayHelper::ParseArrayDimensions(const HandleType& p_node) {
   agl_int32_t res = AGL_Symbolic_GetArrayDimensionCount(p_node, &dimension_count);
   if (res != AGL40_SUCCESS) ErrorHelper::ShowError(res, "AGL_Symbolic_GetArrayDimensionCount");
   std::string text = "{";
-  for (agl_int32_t i = 0; i < dimension_count; ++i) {
+  for (agl_int32_t i = 0; i < std::min(dimension_count, kMostDimensions); ++i) {
     agl_int32_t lower = 0;
     agl_int32_t upper = 0;
     res = AGL_Symbolic_GetArrayDimension(p_node, i, &lower, &upper);

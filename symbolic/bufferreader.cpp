@@ -186,7 +186,8 @@ void BufferReader::GetBufferValues(const SymbolicRW_t& rw, ValueBytes& data) {
   agl_int32_t elementCount = 0;
   AGL_Symbolic_GetAccessBufferElementCount(rw.AccessHandle, &elementCount);
   if (rw.Result != AGL40_SUCCESS || rw.SError != 0 || elementCount <= 0) return;
-  const auto count = static_cast<size_t>(elementCount);
+  // Each element has a byte at least.
+  const auto count = std::min(static_cast<size_t>(elementCount), kAddressableBytes);
   ValueType_t::enum_t type;
   ask_value_type(rw, type);
   if (count == 1) return read_value(type, rw, 0, data);

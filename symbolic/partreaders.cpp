@@ -3,7 +3,6 @@
 
 #include <algorithm>
 #include <cstdint>
-#include <limits>
 #include <vector>
 
 #include "symbolic/accessbuffer.h"
@@ -15,11 +14,9 @@ namespace {
 constexpr const char* kReadString16 =
     "void BufferReader::ReadString16(const SymbolicRW_t&, const size_t&, std::vector<unsigned char>&)";
 
-// Characters that the library may write, as it takes the number; of a size beyond 32 bits not what is left of
-// it.
-agl_int32_t room_of(std::int64_t size) {
-  using Limits = std::numeric_limits<agl_int32_t>;
-  return static_cast<agl_int32_t>(std::clamp<std::int64_t>(size, Limits::min(), Limits::max()));
+// Bytes of a text of StringSize characters and its terminating zero, in characters of so many bytes.
+agl_int32_t size_with_end(agl_int32_t StringSize, agl_int32_t bytes) {
+  return bytes * (std::clamp(StringSize, -kLongestText, kLongestText) + 1);
 }
 
 // Makes data exactly size bytes long and puts the first count bytes of text at its start. A string that
@@ -40,12 +37,12 @@ void read_string8(const SymbolicRW_t& rw, size_t elementIndex, ValueBytes& data)
     ErrorHelper::ShowError(res, "AGL_Symbolic_GetAccessStringSize");
     return;
   }
-  const std::int64_t size = std::int64_t{StringSize} + 1;
+  const agl_int32_t size = size_with_end(StringSize, 1);
   const auto text = zeroed_memory(size);
   agl_int32_t CharCount = 0;
   res =
       AGL_Symbolic_GetAccessBufferString8(rw.AccessHandle, rw.Buffer, length_of(rw), element_of(elementIndex),
-                                          static_cast<agl_char8_t*>(text.get()), room_of(size), &CharCount);
+                                          static_cast<agl_char8_t*>(text.get()), size, &CharCount);
   if (res != AGL40_SUCCESS) {
     ErrorHelper::ShowError(res, "AGL_Symbolic_GetAccessBufferString8");
     return;
@@ -58,12 +55,12 @@ void read_string16(const SymbolicRW_t& rw, size_t elementIndex, ValueBytes& data
   if (AGL_Symbolic_GetAccessStringSize(rw.AccessHandle, &StringSize) != AGL40_SUCCESS) {
     fail_assertion("res == AGL40_SUCCESS", {"bufferreader.cpp", 414, kReadString16});
   }
-  const std::int64_t size = 2 * (std::int64_t{StringSize} + 1);
-  const auto text = zeroed_memory(size * static_cast<std::int64_t>(sizeof(agl_char16_t)));
+  const agl_int32_t size = size_with_end(StringSize, 2);
+  const auto text = zeroed_memory(size * std::int64_t{sizeof(agl_char16_t)});
   agl_int32_t CharCount = 0;
   const agl_int32_t res = AGL_Symbolic_GetAccessBufferString16(
       rw.AccessHandle, rw.Buffer, length_of(rw), element_of(elementIndex),
-      static_cast<agl_char16_t*>(text.get()), room_of(size), &CharCount);
+      static_cast<agl_char16_t*>(text.get()), size, &CharCount);
   if (res != AGL40_SUCCESS) {
     ErrorHelper::ShowError(res, "AGL_Symbolic_GetAccessBufferString16");
     return;

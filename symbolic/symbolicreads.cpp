@@ -47,6 +47,20 @@ void take_value(HandleType root, std::string_view path, const SymbolicRW_t& rw, 
   rebase_to_zero(root, path, element_size, bounds, value);
 }
 
+// Frees the handles of a job's accesses, also when an exception ends the job.
+class AccessHandles {
+ public:
+  explicit AccessHandles(std::span<SymbolicRW_t> accesses) : accesses_(accesses) {}
+  ~AccessHandles() {
+    for (const SymbolicRW_t& rw : accesses_) AGL_Symbolic_FreeHandle(rw.AccessHandle);
+  }
+  AccessHandles(const AccessHandles&) = delete;
+  AccessHandles& operator=(const AccessHandles&) = delete;
+
+ private:
+  std::span<SymbolicRW_t> accesses_;
+};
+
 // The indices of the last bracket group; a piece without a number counts as 0.
 std::vector<agl_int32_t> indices_of(const std::string& path) {
   const std::size_t start = path.rfind('[');

@@ -156,6 +156,27 @@ TEST(ArrayDescription, StopsAtTheFirstDimensionThatAHugeCountPromisesInVain) {
   EXPECT_THAT(lower, ElementsAre(1));
 }
 
+agl_int32_t any_dimension(HandleType, agl_int32_t, agl_int32_t* lower, agl_int32_t* upper) {
+  *lower = 0;
+  *upper = 1;
+  return AGL40_SUCCESS;
+}
+agl_int32_t any_index(HandleType, agl_int32_t, agl_int32_t* index) {
+  *index = 7;
+  return AGL40_SUCCESS;
+}
+
+TEST(ArrayDescription, DoesNotBelieveMoreDimensionsThanPlcsCanHave) {
+  FakeLibrary library;
+  library.add("A", Item::Int16({}).array(1, 2));
+  pAGL_Symbolic_GetArrayDimensionCount = huge_dimension_count;
+  pAGL_Symbolic_GetArrayDimension = any_dimension;
+  std::vector<unsigned> lower;
+  std::vector<unsigned> upper;
+  EXPECT_FALSE(get_array_description(FakeLibrary::kRoot, "A", lower, upper));
+  EXPECT_LE(lower.size(), 1024U);
+}
+
 TEST(ArrayDescription, TakesANegativeDimensionCountForNoArray) {
   FakeLibrary library;
   library.add("A", Item::Int16({}).array(1, 2));
@@ -265,6 +286,17 @@ TEST(ParseIndex, WritesEmptyBracketsForANodeWithoutIndex) {
   FakeLibrary library;
   library.add("X", Item::Int16(1));
   EXPECT_EQ(ArrayHelper::ParseIndex(library.node("X")), "[]");
+}
+
+TEST(ParseIndex, EndsWhenTheLibraryNamesNoEnd) {
+  FakeLibrary library;
+  library.add("X", Item::Int16(1));
+  pAGL_Symbolic_GetIndexSize = huge_dimension_count;
+  pAGL_Symbolic_GetIndex = any_index;
+  pAGL_Symbolic_GetArrayDimensionCount = huge_dimension_count;
+  pAGL_Symbolic_GetArrayDimension = any_dimension;
+  EXPECT_EQ(ArrayHelper::ParseIndex(library.node("X")).size(), 2 * 1024U + 1);
+  EXPECT_EQ(ArrayHelper::ParseArrayDimensions(library.node("X")).size(), 7 * 1024U + 1);
 }
 
 TEST(ParseIndex, WritesNegativeIndicesSigned) {

@@ -192,6 +192,25 @@ TEST(BufferReader, TakesANegativeElementCountForNone) {
   EXPECT_THAT(library.log(), ElementsAre("AGL_Symbolic_GetAccessBufferElementCount(access:X, &0)"));
 }
 
+TEST(BufferReader, StopsAtElementsThatNoRuntimeCanAddress) {
+  FakeLibrary library;
+  const Access access(library, Item::Int16({1, 2}).elementCount(std::numeric_limits<agl_int32_t>::max()));
+  pAGL_Symbolic_GetAccessBufferInt16 = [](HandleType, const void*, agl_int32_t, agl_int32_t element,
+                                          agl_int16_t* value) {
+    *value = static_cast<agl_int16_t>(element);
+    return AGL40_SUCCESS;
+  };
+  pAGL_Symbolic_GetAccessElementValueType = [](HandleType, ValueType_t::enum_t* type) {
+    *type = ValueType_t::vt_INT16;
+    return AGL40_SUCCESS;
+  };
+  Bytes data;
+  BufferReader::GetBufferValues(access.rw, data);
+  // Past an index of 16 bits, eight bytes an element, and the 4096 bytes that a command takes.
+  ASSERT_EQ(data.size(), 2 * (65536U * 8 + 4096));
+  EXPECT_EQ(Bytes(data.begin() + 65535 * 2, data.begin() + 65536 * 2), (Bytes{0xFF, 0xFF}));
+}
+
 TEST(BufferReader, OutlivesAnElementCountBeyondTheValues) {
   FakeLibrary library;
   const Access access(library, Item::Int16({1, 2}).elementCount(1000));
