@@ -17,7 +17,7 @@ namespace fake {
 using World = FakeLibrary::World;
 
 // A character count or buffer length that can be meant; beyond it the fake touches no memory.
-constexpr agl_long_t kSane = 1 << 20;
+constexpr agl_long_t kSane = 1 << 22;
 constexpr bool sane(agl_long_t size) {
   return size >= 0 && size <= kSane;
 }
