@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 // Bytes of a file in order, a chunk at a time, so that a section is read no further than it goes. Past the
-// end of the file there are no bytes: nothing fails.
+// end of the file there are no bytes: nothing fails. A read that fails is the end of the file too.
 #pragma once
 
 #include <algorithm>
@@ -66,6 +66,8 @@ class SectionReader {
     std::ranges::copy(window_, chunk);
     const std::size_t read = std::fread(chunk + kept, 1, size - kept, file_);
     bytes_left_ -= std::min(bytes_left_, read);
+    // Whatever a further read might bring lies somewhere else in the section.
+    if (read < size - kept) file_ = nullptr;
     window_ = {chunk, kept + read};
   }
 

@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <cstring>
 #include <memory>
+#include <utility>
 
 #include "driver/cmddesc.h"
 #include "driver/tagname.h"
@@ -80,43 +81,57 @@ void CTagTable::Read(const char* pFileName, DWORD pos) {
   std::fseek(file.get(), static_cast<long>(start), SEEK_SET);
 
   SectionReader reader(file.get(), bytes);
-  version_ = reader.Number<std::uint32_t>();
+  Section section;
+  section.version = reader.Number<std::uint32_t>();
+  section.counts = reader.Number<UINT>();
+  ReadRows(reader, bytes / kSmallestRow, false, section);
+  if ((section.version & kVersionDeviceDescriptor) != 0) {
+    ReadDescriptor(reader, section.descriptor);
+  } else {
+    section.descriptor = m_device_descriptor;
+  }
   m_bUseUNICODE = FALSE;
-  m_Counts = reader.Number<UINT>();
-  ReadRows(reader, bytes / kSmallestRow);
-  if ((version_ & kVersionDeviceDescriptor) != 0) ReadDescriptor(reader);
-  chunks_ = reader.TakeChunks();
+  Take(section, reader);
 }
 
 void CTagTable::ReadRows(std::span<const BYTE> bytes, UINT count) {
-  m_Counts = count;
   SectionReader reader(bytes);
-  ReadRows(reader, bytes.size() / kSmallestRow);
-  chunks_ = reader.TakeChunks();
+  Section section;
+  section.version = version_;
+  section.counts = count;
+  section.descriptor = m_device_descriptor;
+  ReadRows(reader, bytes.size() / kSmallestRow, m_bUseUNICODE != FALSE, section);
+  Take(section, reader);
 }
 
-void CTagTable::ReadRows(SectionReader& reader, std::size_t most_rows) {
-  rows_.clear();
-  wide_names_.clear();
-  index_.Clear();
-  rows_.reserve(std::min<std::size_t>(m_Counts, most_rows));
+void CTagTable::ReadRows(SectionReader& reader, std::size_t most_rows, bool wide, Section& section) {
+  section.rows.reserve(std::min<std::size_t>(section.counts, most_rows));
   stTagInfo row = empty_row();
-  if (m_bUseUNICODE) {
-    for (UINT i = 0; i < m_Counts && read_wide_row(reader, wide_names_, row); ++i) rows_.push_back(row);
-  } else {
-    for (UINT i = 0; i < m_Counts && read_row(reader, row); ++i) rows_.push_back(row);
+  for (UINT i = 0; i < section.counts; ++i) {
+    if (!(wide ? read_wide_row(reader, section.wide_names, row) : read_row(reader, row))) break;
+    section.rows.push_back(row);
   }
-  m_pTagInfo = rows_.empty() ? nullptr : rows_.data();
-  traits_.assign(rows_.size(), {});
+  section.traits.resize(section.rows.size());
 }
 
-void CTagTable::ReadDescriptor(SectionReader& reader) {
+void CTagTable::ReadDescriptor(SectionReader& reader, device_descriptor& descriptor) {
   reader.Number<WORD>();  // not used
-  m_device_descriptor.enable_password = reader.Number<BYTE>() != 0;
+  descriptor.enable_password = reader.Number<BYTE>() != 0;
   const std::span<const BYTE> password = reader.TakeUpTo(reader.Number<WORD>());
   // A NUL inside the password cuts it short, deliberately.
-  m_device_descriptor.device_password.assign(password.begin(),
-                                             std::find(password.begin(), password.end(), BYTE{0}));
+  descriptor.device_password.assign(password.begin(), std::find(password.begin(), password.end(), BYTE{0}));
+}
+
+void CTagTable::Take(Section& section, SectionReader& reader) noexcept {
+  version_ = section.version;
+  m_Counts = section.counts;
+  rows_ = std::move(section.rows);
+  m_pTagInfo = rows_.empty() ? nullptr : rows_.data();
+  chunks_ = reader.TakeChunks();
+  wide_names_ = std::move(section.wide_names);
+  traits_ = std::move(section.traits);
+  index_.Clear();
+  m_device_descriptor = std::move(section.descriptor);
 }
 
 const NameTraits& CTagTable::FindOutTraits(NameTraits& traits, const char* name) const {

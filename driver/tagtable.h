@@ -55,8 +55,8 @@ class CTagTable {
   CTagTable& operator=(const CTagTable&) = delete;
 
   // Reads the section that begins pos + 7 bytes (unsigned 32-bit sum) into the file. A file that cannot be
-  // opened leaves the table as it is. What a file that ends early lacks is zero or empty; a row that cannot
-  // be read whole has an empty name and zero numbers.
+  // opened leaves the table as it is, and so does std::bad_alloc. What a file that ends early lacks is zero
+  // or empty; a row that cannot be read whole has an empty name and zero numbers.
   void Read(const char* pFileName, DWORD pos);
 
   // The row at an index that the runtime chose; one outside the table is a row with an empty name and id 0.
@@ -89,8 +89,18 @@ class CTagTable {
   void ReadRows(std::span<const BYTE> bytes, UINT count);
 
  private:
-  void ReadRows(SectionReader& reader, std::size_t most_rows);
-  void ReadDescriptor(SectionReader& reader);
+  // What is read of a section, before any of it is the table's.
+  struct Section {
+    std::uint32_t version = 0;
+    UINT counts = 0;
+    std::vector<stTagInfo> rows;
+    std::vector<std::unique_ptr<char16_t[]>> wide_names;
+    std::vector<NameTraits> traits;
+    device_descriptor descriptor;
+  };
+  static void ReadRows(SectionReader& reader, std::size_t most_rows, bool wide, Section& section);
+  static void ReadDescriptor(SectionReader& reader, device_descriptor& descriptor);
+  void Take(Section& section, SectionReader& reader) noexcept;
   [[gnu::cold]] const NameTraits& FindOutTraits(NameTraits& traits, const char* name) const;
 
   // What stands for a row outside the table.
