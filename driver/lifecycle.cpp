@@ -2,6 +2,7 @@
 // A device from its start to its close, and the body of its connection thread.
 #include <new>
 #include <string>
+#include <utility>
 
 #include "driver/driver.h"
 
@@ -34,14 +35,16 @@ FRAME_DATA KORVALE_DRV_GetInitCmdEx2(int* nResponseLength, int nCmdIndex, BYTE b
                                      DWORD** mem_addr) {
   if (nCmdIndex == 0) {
     GData& device = *device_of(*mem_addr);
-    const device_descriptor descriptor = device.GTagTable.get_device_descriptor();
-    device.GsymbolsParser.Reinitialise(byPLCStationNo, descriptor.device_password,
+    // Copied first: without memory for them the device stays as it was.
+    device_descriptor descriptor = device.GTagTable.get_device_descriptor();
+    const auto entry = ip_table.find(byPLCStationNo);
+    std::string address = entry != ip_table.end() ? entry->second : std::string();
+    device.GsymbolsParser.Reinitialise(byPLCStationNo, std::move(descriptor.device_password),
                                        descriptor.enable_password);
     device.read_device_state = false;
     device.write_device_state = false;
-    const auto entry = ip_table.find(byPLCStationNo);
     device.bIsInitDevice = false;
-    device.DeviceIP = entry != ip_table.end() ? entry->second : std::string();
+    device.DeviceIP = std::move(address);
   }
   // Nothing is sent: the connection thread brings the connection up.
   *nResponseLength = 0;

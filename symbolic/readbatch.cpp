@@ -6,6 +6,7 @@ void ReadBatch::Clear() {
 }
 
 void ReadBatch::MakeRoom() {
-  paths_.emplace_back();
+  // An earlier call may have come no further than the first.
+  if (paths_.size() == size_) paths_.emplace_back();
   accesses_.emplace_back();
 }

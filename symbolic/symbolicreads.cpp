@@ -5,6 +5,7 @@
 #include <sstream>
 
 #include "symbolic/accessbuffer.h"
+#include "symbolic/accesshandles.h"
 #include "symbolic/arrayhelper.h"
 #include "symbolic/bufferreader.h"
 #include "symbolic/symbolsloader.h"
@@ -47,20 +48,6 @@ void take_value(HandleType root, std::string_view path, const SymbolicRW_t& rw, 
   rebase_to_zero(root, path, element_size, bounds, value);
 }
 
-// Frees the handles of a job's accesses, also when an exception ends the job.
-class AccessHandles {
- public:
-  explicit AccessHandles(std::span<SymbolicRW_t> accesses) : accesses_(accesses) {}
-  ~AccessHandles() {
-    for (const SymbolicRW_t& rw : accesses_) AGL_Symbolic_FreeHandle(rw.AccessHandle);
-  }
-  AccessHandles(const AccessHandles&) = delete;
-  AccessHandles& operator=(const AccessHandles&) = delete;
-
- private:
-  std::span<SymbolicRW_t> accesses_;
-};
-
 // The indices of the last bracket group; a piece without a number counts as 0.
 std::vector<agl_int32_t> indices_of(const std::string& path) {
   const std::size_t start = path.rfind('[');
@@ -94,6 +81,7 @@ std::map<std::string, Values> SymbolsLoader::ReadMapMultiDataFromPlcByPath(
 bool SymbolsLoader::ReadPaths(ReadBatch& batch, int& ReadErrorcode) {
   const std::span<SymbolicRW_t> rws = batch.accesses();
   const std::span<ReadBatch::Path> paths = batch.paths();
+  const AccessHandles handles(rws);
   for (std::size_t i = 0; i < rws.size(); ++i) {
     prepare_access(root_schema_node, paths[i].path.data(), rws[i], ReadErrorcode);
   }
@@ -113,7 +101,6 @@ bool SymbolsLoader::ReadPaths(ReadBatch& batch, int& ReadErrorcode) {
       take_value(root_schema_node, paths[i].path, rws[i], batch.bounds_, paths[i].value);
     }
   }
-  for (const SymbolicRW_t& rw : rws) AGL_Symbolic_FreeHandle(rw.AccessHandle);
   batch.memory_.Clear();
   return result == AGL40_SUCCESS && !rws.empty();
 }
@@ -125,24 +112,20 @@ std::vector<unsigned char> SymbolsLoader::ReadDataFromPlcByPath(const std::strin
       AGL40_SUCCESS) {
     return {};
   }
-  agl_int32_t dataSize = 0;
-  if (AGL_Symbolic_GetAccessBufferSize(rw.AccessHandle, &dataSize) != AGL40_SUCCESS) {
-    AGL_Symbolic_FreeHandle(rw.AccessHandle);
-    return {};
-  }
-  const ZeroedMemory buffer = attach_buffer(rw, dataSize);
-  agl_int32_t serror = 0;
-  // The job's result alone decides; that of the single access goes unseen here, deliberately.
-  if (AGL_Symbolic_ReadMixEx(station_id, &rw, 1, &serror, kReadTimeout, 0) != AGL40_SUCCESS) {
-    AGL_Symbolic_FreeHandle(rw.AccessHandle);
-    return {};
-  }
   ValueBytes value;
-  ArrayBounds bounds;
-  BufferReader::GetBufferValues(rw, value);
   agl_int32_t element_size = 0;
-  AGL_Symbolic_GetAccessBufferElementSize(rw.AccessHandle, &element_size);
-  AGL_Symbolic_FreeHandle(rw.AccessHandle);
+  {
+    const AccessHandles handle({&rw, 1});
+    agl_int32_t dataSize = 0;
+    if (AGL_Symbolic_GetAccessBufferSize(rw.AccessHandle, &dataSize) != AGL40_SUCCESS) return {};
+    const ZeroedMemory buffer = attach_buffer(rw, dataSize);
+    agl_int32_t serror = 0;
+    // The job's result alone decides; that of the single access goes unseen here, deliberately.
+    if (AGL_Symbolic_ReadMixEx(station_id, &rw, 1, &serror, kReadTimeout, 0) != AGL40_SUCCESS) return {};
+    BufferReader::GetBufferValues(rw, value);
+    AGL_Symbolic_GetAccessBufferElementSize(rw.AccessHandle, &element_size);
+  }
+  ArrayBounds bounds;
   rebase_to_zero(root_schema_node, ITEM, element_size, bounds, value);
   return value.TakeVector();
 }

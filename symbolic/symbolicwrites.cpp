@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 // The write of one variable, or of elements of one array, by path.
 #include "symbolic/accessbuffer.h"
+#include "symbolic/accesshandles.h"
 #include "symbolic/bufferwriter.h"
 #include "symbolic/symbolsloader.h"
 
@@ -16,8 +17,12 @@ bool SymbolsLoader::WriteDataFromPlcByPath(std::string_view ITEM, const std::vec
   agl_int32_t error_pos = 0;
   // Not tested, deliberately: without an access its size is not to be had either.
   AGL_Symbolic_CreateAccessByPath(root_schema_node, ITEM.data(), &rw.AccessHandle, &error_pos);
+  AccessHandles handle({&rw, 1});
   agl_int32_t dataSize = 0;
-  if (AGL_Symbolic_GetAccessBufferSize(rw.AccessHandle, &dataSize) != AGL40_SUCCESS) return false;
+  if (AGL_Symbolic_GetAccessBufferSize(rw.AccessHandle, &dataSize) != AGL40_SUCCESS) {
+    handle.Keep();
+    return false;
+  }
 
   rw.BufferLen = dataSize;
   write_memory_.Attach({&rw, 1});
@@ -26,7 +31,6 @@ bool SymbolsLoader::WriteDataFromPlcByPath(std::string_view ITEM, const std::vec
   const agl_int32_t result = AGL_Symbolic_WriteMixEx(station_id, &rw, 1, &serror, kWriteTimeout, 0);
   write_memory_.Clear();
   // A job that failed keeps its access handle, deliberately.
-  if (result != AGL40_SUCCESS) return false;
-  AGL_Symbolic_FreeHandle(rw.AccessHandle);
-  return true;
+  if (result != AGL40_SUCCESS) handle.Keep();
+  return result == AGL40_SUCCESS;
 }

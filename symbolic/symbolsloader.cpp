@@ -2,7 +2,10 @@
 // The connection sequence of one device and its symbol cache file.
 #include "symbolic/symbolsloader.h"
 
+#include <array>
 #include <cstdio>
+#include <new>
+#include <utility>
 
 #include "symbolic/errorhelper.h"
 
@@ -22,19 +25,27 @@ void fetch_error_text(agl_int32_t code) {
   AGL_GetErrorMsg(code, errormsg, sizeof errormsg);
 }
 
-std::string symbols_file_of(unsigned char station) {
-  return "/mnt/project/" + std::to_string(station) + "_s71500_symbolic.ap";
-}
+// Takes no memory that could be refused, so that a file which no longer fits can always be removed.
+class SymbolsFilePath {
+ public:
+  explicit SymbolsFilePath(unsigned char station) {
+    std::snprintf(text_.data(), text_.size(), "/mnt/project/%d_s71500_symbolic.ap", int{station});
+  }
+  const char* c_str() const { return text_.data(); }
+
+ private:
+  std::array<char, 48> text_{};
+};
 
 }  // namespace
 
-void SymbolsLoader::Reinitialise(unsigned char station, const std::string& password, bool enable_password) {
+void SymbolsLoader::Reinitialise(unsigned char station, std::string password, bool enable_password) {
   const std::lock_guard moment(settings_);
   ++generation_;
   loader_state = Idle;
   read_data_queue_filter.clear();
   set_station_id(station);
-  set_password(password);
+  m_password = std::move(password);
   set_enable_parameter(enable_password);
   bDisconnect = false;
 }
@@ -49,18 +60,30 @@ bool SymbolsLoader::OrderSetup(const std::string& address) {
 
 int SymbolsLoader::RunOrderedSetup() {
   const bool ordered = order_pending_;
-  const std::string address = RemoteIP;
-  const unsigned generation = ordered_generation_;
-  order_pending_ = false;
-  if (ordered) {
-    // Settled by another thread, or overtaken by a re-initialisation that orders a thread of its own.
-    const std::lock_guard one_at_a_time(setup_);
-    if (IsUpFor(address)) return 1;
-    const Settings settings = CurrentSettings();
-    if (settings.generation != generation) return 0;
-    return ConnectAndLoadSymbols(address, settings);
+  const unsigned generation = ordered ? ordered_generation_ : CurrentGeneration();
+  try {
+    std::string address;
+    try {
+      address = RemoteIP;
+    } catch (const std::bad_alloc&) {
+      order_pending_ = false;
+      throw;
+    }
+    order_pending_ = false;
+    return ordered ? SetupOrdered(address, generation) : SetupDevice(address);
+  } catch (const std::bad_alloc&) {
+    Publish(Error, generation);
+    return 0;
   }
-  return SetupDevice(address);
+}
+
+int SymbolsLoader::SetupOrdered(const std::string& address, unsigned generation) {
+  // Settled by another thread, or overtaken by a re-initialisation that orders a thread of its own.
+  const std::lock_guard one_at_a_time(setup_);
+  if (IsUpFor(address)) return 1;
+  const Settings settings = CurrentSettings();
+  if (settings.generation != generation) return 0;
+  return ConnectAndLoadSymbols(address, settings);
 }
 
 int SymbolsLoader::SetupDevice(const std::string& PLCIP) {
@@ -82,9 +105,14 @@ SymbolsLoader::Settings SymbolsLoader::CurrentSettings() const {
   return {generation_, station_id, m_password, m_enable_parameter};
 }
 
-void SymbolsLoader::Publish(loader_status_ state, const Settings& settings) {
+unsigned SymbolsLoader::CurrentGeneration() const {
   const std::lock_guard moment(settings_);
-  if (settings.generation == generation_) loader_state = state;
+  return generation_;
+}
+
+void SymbolsLoader::Publish(loader_status_ state, unsigned generation) {
+  const std::lock_guard moment(settings_);
+  if (generation == generation_) loader_state = state;
 }
 
 int SymbolsLoader::ConnectAndLoadSymbols(const std::string& PLCIP, const Settings& settings) {
@@ -105,22 +133,22 @@ int SymbolsLoader::ConnectAndLoadSymbols(const std::string& PLCIP, const Setting
   char mlfb[21] = {};
   AGL_ReadMLFBNr(connection, mlfb, kOrderNumberTimeout, 0);
 
-  const std::string path = symbols_file_of(settings.station);
-  const bool loaded = LoadSymbolsFromFile(path) == AGL40_SUCCESS;
-  if (loaded) Publish(Success, settings);
+  const SymbolsFilePath path(settings.station);
+  const bool loaded = LoadSymbolsFromFile(path.c_str()) == AGL40_SUCCESS;
+  if (loaded) Publish(Success, settings.generation);
   if (loaded || loader_state == Success) return 1;
 
-  Publish(Loading, settings);
+  Publish(Loading, settings.generation);
   const agl_int32_t res = init_symbols_from_plc(connection, root_schema_node);
   if (res != AGL40_SUCCESS) {
     std::puts("error");
-    Publish(Error, settings);
+    Publish(Error, settings.generation);
     ErrorHelper::ShowError(res,
                            "AGL_Symbolic_LoadTIAProjectSymbols");  // another function's name, deliberately
     return 0;
   }
-  SaveSymbolsToFile(path);
-  Publish(Success, settings);
+  SaveSymbolsToFile(path.c_str());
+  Publish(Success, settings.generation);
   return 1;
 }
 
@@ -129,18 +157,18 @@ int SymbolsLoader::init_symbols_from_plc(int ConnNr, HandleType& RootNodeHandle)
 }
 
 int SymbolsLoader::doSymbolic_LoadAGLinkSymbolsFromFile() {
-  const int result = LoadSymbolsFromFile(GetSymbolsFilePath());
+  const int result = LoadSymbolsFromFile(SymbolsFilePath(station_id).c_str());
   if (result == AGL40_SUCCESS) loader_state = Success;
   return result;
 }
 
-int SymbolsLoader::LoadSymbolsFromFile(const std::string& path) {
+int SymbolsLoader::LoadSymbolsFromFile(const char* path) {
   if (root_schema_node != 0) {
     const agl_int32_t freed = AGL_Symbolic_FreeHandle(root_schema_node);
     root_schema_node = 0;
     if (freed != AGL40_SUCCESS) fetch_error_text(freed);
   }
-  const agl_int32_t result = AGL_Symbolic_LoadAGLinkSymbolsFromFile(path.c_str(), &root_schema_node);
+  const agl_int32_t result = AGL_Symbolic_LoadAGLinkSymbolsFromFile(path, &root_schema_node);
   if (result != AGL40_SUCCESS) {
     std::puts("load file error.....");
     fetch_error_text(result);
@@ -151,12 +179,12 @@ int SymbolsLoader::LoadSymbolsFromFile(const std::string& path) {
 }
 
 int SymbolsLoader::doSymbolic_SaveAGLinkSymbolsToFile() {
-  return SaveSymbolsToFile(GetSymbolsFilePath());
+  return SaveSymbolsToFile(SymbolsFilePath(station_id).c_str());
 }
 
-int SymbolsLoader::SaveSymbolsToFile(const std::string& path) const {
+int SymbolsLoader::SaveSymbolsToFile(const char* path) const {
   if (root_schema_node == 0) return kNoTreeToSave;
-  const agl_int32_t result = AGL_Symbolic_SaveAGLinkSymbolsToFile(root_schema_node, path.c_str());
+  const agl_int32_t result = AGL_Symbolic_SaveAGLinkSymbolsToFile(root_schema_node, path);
   if (result != AGL40_SUCCESS) {
     std::puts("AGL_Symbolic_SaveAGLinkSymbolsToFile error");
     fetch_error_text(result);
@@ -165,11 +193,11 @@ int SymbolsLoader::SaveSymbolsToFile(const std::string& path) const {
 }
 
 std::string SymbolsLoader::GetSymbolsFilePath() const {
-  return symbols_file_of(station_id);
+  return SymbolsFilePath(station_id).c_str();
 }
 
 void SymbolsLoader::RemoveSymbolsFile() const {
-  std::remove(GetSymbolsFilePath().c_str());
+  std::remove(SymbolsFilePath(station_id).c_str());
 }
 
 void SymbolsLoader::CloseHandle() const {

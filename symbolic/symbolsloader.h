@@ -59,13 +59,14 @@ class SymbolsLoader {
 
   // Makes the loader ready for a new connection, in state Idle. A connection thread that is still at work for
   // earlier settings goes on, but what comes of it no longer shows in loader_state.
-  void Reinitialise(unsigned char station, const std::string& password, bool enable_password);
+  void Reinitialise(unsigned char station, std::string password, bool enable_password);
 
   // Hands an address to the connection thread that is about to start. False, with nothing handed over, while
   // an earlier thread has not taken its own yet. Never blocks.
   bool OrderSetup(const std::string& address);
   void CancelOrder() { order_pending_ = false; }  // the thread could not be started
-  // What the connection thread does: SetupDevice for the address ordered.
+  // What the connection thread does: SetupDevice for the address ordered. Without memory for it the loader
+  // fails: an exception that left a thread would end the process.
   int RunOrderedSetup();
 
   // Connects, logs in and loads the symbol tree, from the cache file if that loads and else from the PLC.
@@ -120,12 +121,14 @@ class SymbolsLoader {
   };
 
   Settings CurrentSettings() const;
+  unsigned CurrentGeneration() const;
+  int SetupOrdered(const std::string& address, unsigned generation);
   bool IsUpFor(const std::string& address) const;
   int ConnectAndLoadSymbols(const std::string& PLCIP, const Settings& settings);
-  int LoadSymbolsFromFile(const std::string& path);
-  int SaveSymbolsToFile(const std::string& path) const;
+  int LoadSymbolsFromFile(const char* path);
+  int SaveSymbolsToFile(const char* path) const;
   // Sets loader_state unless the loader has been re-initialised since.
-  void Publish(loader_status_ state, const Settings& settings);
+  void Publish(loader_status_ state, unsigned generation);
 
   AccessMemory write_memory_;  // kept from write to write
 
