@@ -56,6 +56,8 @@ struct GData {
   pthread_t thread = {};
 
   int last_batch = 0;  // commands of the read batch that was set up last
+  // Offline: the commands hold the values of the last batch. False after one that an exception ended.
+  bool batch_is_whole = true;
 
   // Scratch memory of the filters, kept so that a steady poll of numbers allocates nothing.
   ReadBatch read_batch;

@@ -19,6 +19,7 @@ bool substitute_index(std::string_view name, WORD array_index, std::string& resu
   const std::size_t begin = name.rfind('[', end);
   // Raises when there is no "[", deliberately: such a name means no variable.
   if (begin == std::string_view::npos) (void)std::string(name).substr(begin);
+  result.reserve(name.size());  // the whole of what is needed: nothing is half built
   result.assign(name, 0, begin);
   append_index(result, array_index);
   result.append(name, end + kPlaceholderEnd.size());

@@ -75,16 +75,35 @@ void convert(stCmdDesc& command, std::span<const unsigned char> data, std::uint3
   fill_data_buffer(command, data, whole ? WORD{0} : command.ArrayIndex, table_version);
 }
 
+void drop_queue(GData& device) {
+  device.pGCmdQueue = nullptr;
+  device.GCmdCounts = 0;
+  device.GTotalStep = 0;
+  device.GCurrentStep = 0;
+}
+
+// Ends the cycle when an exception leaves it: what was left of the queue would be answered to the next batch.
+class CycleInQuestion {
+ public:
+  explicit CycleInQuestion(GData& device) : device_(&device) {}
+  ~CycleInQuestion() {
+    if (device_ != nullptr) drop_queue(*device_);
+  }
+  CycleInQuestion(const CycleInQuestion&) = delete;
+  CycleInQuestion& operator=(const CycleInQuestion&) = delete;
+  void GoesOn() { device_ = nullptr; }
+
+ private:
+  GData* device_;
+};
+
 void disconnect(GData& device, Records records) {
   answer_no_data(records);
   device.read_device_state = false;
   device.write_device_state = false;
   device.device_connect_state = false;
   device.GsymbolsParser.loader_state = SymbolsLoader::Error;
-  device.pGCmdQueue = nullptr;
-  device.GCmdCounts = 0;
-  device.GTotalStep = 0;
-  device.GCurrentStep = 0;
+  drop_queue(device);
   device.LOADER_PROJECT = 0;
   device.GsymbolsParser.RemoveSymbolsFile();  // the next connection loads the symbols from the PLC
 }
@@ -128,8 +147,11 @@ void fill_records(GData& device, Records records, const DEVICE_INFO* infos) {
 
 void answer_read(GData& device, Records records, const DEVICE_INFO* infos) {
   if (device.pGCmdQueue == nullptr) return answer_ask_again(records);
+  CycleInQuestion cycle(device);
   read_step(device);
-  if (!convert_step(device)) return disconnect(device, records);
+  const bool connected = convert_step(device);
+  cycle.GoesOn();
+  if (!connected) return disconnect(device, records);
   ++device.GCurrentStep;
   if (device.GCurrentStep < device.GTotalStep) return answer_ask_again(records);
   fill_records(device, records, infos);

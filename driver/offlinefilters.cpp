@@ -147,9 +147,11 @@ FRAME_DATA KORVALE_DRV_OutputFilterExOffLine(GUI_REQUEST* pstCurQueueData, int n
     }
     return empty_frame();
   }
+  device.batch_is_whole = false;
   for (int i = 0; i < std::min(nCmdCount, kCommandPoolSize); ++i) {
     read_request(device, pstCurQueueData[i], device.GCmdDesc[i]);
   }
+  device.batch_is_whole = true;
   request.nResponseLength = 0;
   request.byWaitResponse = 0;
   return empty_frame();
@@ -165,8 +167,8 @@ void KORVALE_DRV_InputFilterExOffLine(INPUT_DATA* pstInput, FRAME_DATA*, DEVICE_
   if (pstDeviceInfo[0].bRead == FALSE) return;
   for (int i = 0; i < nCmdCount; ++i) {
     INPUT_DATA& record = pstInput[i];
-    if (i >= kCommandPoolSize) {
-      record.byErrCode = kNoData;  // beyond the commands that a device can hold
+    if (i >= kCommandPoolSize || !device.batch_is_whole) {
+      record.byErrCode = kNoData;  // no command holds its value
       continue;
     }
     record.byErrCode = kOk;

@@ -22,8 +22,9 @@ FRAME_DATA answer(GUI_REQUEST& request, BYTE wait_response, INT response_length)
 bool start_connection_thread(GData& device) {
   SymbolsLoader& loader = device.GsymbolsParser;
   if (!loader.OrderSetup(device.DeviceIP)) return false;
-  if (pthread_create(&device.thread, nullptr, server_listen_thread, &device) != 0) loader.CancelOrder();
-  return true;
+  if (pthread_create(&device.thread, nullptr, server_listen_thread, &device) == 0) return true;
+  loader.CancelOrder();
+  return false;
 }
 
 void start_device(GData& device) {

@@ -3,6 +3,7 @@
 // copies no names; a name with an index put into it is built in memory that is kept for the next one.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <functional>
 #include <string>
@@ -39,18 +40,10 @@ class TagName {
   }
 
   // Names an element of the array that the name stands for, or whose other element it names.
-  void NameElement(WORD array_index) {
-    built_ = without_index(name_);
-    append_index(built_, array_index);
-    UseBuilt();
-  }
+  void NameElement(WORD array_index) { BuildElement(without_index(name_), array_index); }
 
   // "[" index "]" behind the whole name.
-  void AppendIndex(WORD array_index) {
-    built_ = name_;
-    append_index(built_, array_index);
-    UseBuilt();
-  }
+  void AppendIndex(WORD array_index) { BuildElement(name_, array_index); }
 
   TagName& operator=(std::string_view text) {
     built_ = text;
@@ -60,6 +53,20 @@ class TagName {
   friend bool operator==(const TagName& name, std::string_view text) { return name.name_ == text; }
 
  private:
+  // array may be a piece of built_. Without memory for it the name stays as it is.
+  void BuildElement(std::string_view array, WORD array_index) {
+    constexpr std::size_t kLongestIndex = 7;  // "[65535]"
+    if (built_.capacity() < array.size() + kLongestIndex) {
+      std::string longer;
+      longer.reserve(array.size() + kLongestIndex);
+      longer = array;
+      built_.swap(longer);
+    } else {
+      built_ = array;
+    }
+    append_index(built_, array_index);
+    UseBuilt();
+  }
   void UseBuilt() { Borrow(built_, hash_of_name(built_)); }
 
   std::string_view name_ = "";
