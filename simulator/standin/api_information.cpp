@@ -63,6 +63,16 @@ void agl_standin_statistics(agl_standin_statistics_t* statistics) {
                  .items_written = counted.items_written,
                  .bytes_sent = counted.bytes_sent,
                  .bytes_received = counted.bytes_received,
-                 .uploads = counted.uploads};
+                 .uploads = counted.uploads,
+                 .released_nodes = counts.released_nodes,
+                 .nanoseconds_here = agl_standin_nanoseconds_here()};
+}
+
+std::uint64_t agl_standin_nanoseconds_here(void) {
+  return static_cast<std::uint64_t>(Stay::spent().count());
+}
+
+std::uint64_t agl_standin_release_nodes(void) {
+  return handles().release_nodes();
 }
 }

@@ -2,6 +2,8 @@
 // Failures inside the stand-in are exceptions; at the edge of the library they become its result codes.
 #pragma once
 
+#include <chrono>
+#include <cstdint>
 #include <exception>
 #include <new>
 #include <optional>
@@ -34,9 +36,25 @@ inline void require(bool condition, Error otherwise) {
   if (!condition) throw Failure(otherwise);
 }
 
+// Adds the time of a call to that which its thread has spent in the library.
+class Stay {
+ public:
+  Stay() = default;
+  ~Stay() { spent_ += std::chrono::steady_clock::now() - start_; }
+  Stay(const Stay&) = delete;
+  Stay& operator=(const Stay&) = delete;
+
+  static std::chrono::nanoseconds spent() { return spent_; }
+
+ private:
+  static inline thread_local std::chrono::nanoseconds spent_{0};
+  std::chrono::steady_clock::time_point start_ = std::chrono::steady_clock::now();
+};
+
 // Runs the body of an exported function; no exception leaves the library.
 template <typename Body>
 agl_int32_t guarded(Body&& body) noexcept {
+  const Stay stay;
   try {
     body();
     return 0;

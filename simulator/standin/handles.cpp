@@ -23,9 +23,18 @@ void Handles::free(HandleType handle) {
   live_.erase(found);
 }
 
+std::uint64_t Handles::release_nodes() {
+  const std::lock_guard lock(mutex_);
+  const auto released = std::erase_if(live_, [](const auto& entry) {
+    return std::holds_alternative<std::shared_ptr<const Node>>(entry.second);
+  });
+  released_nodes_ += released;
+  return released;
+}
+
 HandleCounts Handles::counts() const {
   const std::lock_guard lock(mutex_);
-  HandleCounts counts{0, 0, 0, double_frees_, invalid_frees_};
+  HandleCounts counts{0, 0, 0, double_frees_, invalid_frees_, released_nodes_};
   for (const auto& [handle, object] : live_) {
     counts.roots += object.index() == 0 ? 1U : 0U;
     counts.nodes += object.index() == 1 ? 1U : 0U;

@@ -50,6 +50,7 @@ struct HandleCounts {
   std::uint64_t accesses = 0;
   std::uint64_t double_frees = 0;
   std::uint64_t invalid_frees = 0;
+  std::uint64_t released_nodes = 0;
 };
 
 class Handles {
@@ -73,6 +74,9 @@ class Handles {
   // Throws Failure(InvalidHandle), having counted the mistake.
   void free(HandleType handle);
 
+  // Frees every node; a handle of one is unknown from then on, and freeing it counts as a double free.
+  std::uint64_t release_nodes();
+
   HandleCounts counts() const;
 
  private:
@@ -87,6 +91,7 @@ class Handles {
   HandleType next_ = kFirst;
   std::uint64_t double_frees_ = 0;
   std::uint64_t invalid_frees_ = 0;
+  std::uint64_t released_nodes_ = 0;
 };
 
 Handles& handles();

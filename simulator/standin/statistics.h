@@ -24,9 +24,18 @@ struct agl_standin_statistics_t {
   std::uint64_t bytes_sent;  // over TCP
   std::uint64_t bytes_received;
   std::uint64_t uploads;  // of a symbol tree
+  std::uint64_t released_nodes;
+  std::uint64_t nanoseconds_here;  // that the thread which asks has spent in the library
 };
 
 // Fills the record; a null pointer is ignored.
 void agl_standin_statistics(struct agl_standin_statistics_t* statistics);
+
+// Time that this thread has spent in the library, in nanoseconds; cheap enough for every call.
+std::uint64_t agl_standin_nanoseconds_here(void);
+
+// Frees all node handles that nobody has freed, and returns how many. For tests that run so long that what a
+// caller never frees would fill the memory.
+std::uint64_t agl_standin_release_nodes(void);
 }
 #pragma GCC visibility pop

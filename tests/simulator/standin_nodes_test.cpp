@@ -2,6 +2,8 @@
 // Paths, nodes, arrays, accesses, handles.
 #include <gtest/gtest.h>
 
+#include <thread>
+
 #include "tests/simulator/standin_world.h"
 
 namespace ostravel::standin {
@@ -168,6 +170,30 @@ TEST_F(Nodes, LiveHandlesAreCountedByKind) {
   EXPECT_EQ(after.live_roots, before.live_roots);
   EXPECT_EQ(after.live_nodes - before.live_nodes, 2U);
   EXPECT_EQ(after.live_accesses - before.live_accesses, 1U);
+}
+
+TEST_F(Nodes, ThatNobodyFreesCanBeReleased) {
+  const auto before = statistics();
+  const auto handle = node("Plant");
+  const PathAccess access(world.root, "Plant.aInt");
+  EXPECT_EQ(agl_standin_release_nodes(), before.live_nodes + 1);
+  const auto after = statistics();
+  EXPECT_EQ(after.live_nodes, 0U);
+  EXPECT_EQ(after.released_nodes - before.released_nodes, before.live_nodes + 1);
+  EXPECT_EQ(after.live_accesses - before.live_accesses, 1U) << "other handles stay";
+  EXPECT_EQ(AGL_Symbolic_FreeHandle(handle), code(Error::InvalidHandle));
+}
+
+TEST_F(Nodes, TimeInTheLibraryIsThatOfTheThreadWhichAsks) {
+  const auto before = agl_standin_nanoseconds_here();
+  world.command("delay 30ms");
+  PathAccess access(world.root, "Plant.aInt");
+  EXPECT_EQ(access.read(world.connection), 0);
+  world.command("delay 0ms");
+  EXPECT_GE(agl_standin_nanoseconds_here() - before, 30'000'000U);
+  std::uint64_t of_another = 1;
+  std::thread([&of_another] { of_another = agl_standin_nanoseconds_here(); }).join();
+  EXPECT_EQ(of_another, 0U);
 }
 
 TEST_F(Nodes, AccessOutlivesItsRoot) {
