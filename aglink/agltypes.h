@@ -71,6 +71,8 @@ static_assert(offsetof(agl_systemtime_t, wDayOfWeek) == 4);
 static_assert(offsetof(agl_systemtime_t, wDay) == 6);
 static_assert(offsetof(agl_systemtime_t, wHour) == 8);
 static_assert(offsetof(agl_systemtime_t, wMinute) == 10);
+static_assert(offsetof(agl_systemtime_t, wSecond) == 12);
+static_assert(offsetof(agl_systemtime_t, wMilliseconds) == 14);
 
 // The library's result of one job; the driver does not read it.
 struct tagRESULT40 {
@@ -159,5 +161,6 @@ struct tagS7_TCPIP_TIA {
 };
 using S7_TCPIP_TIA = tagS7_TCPIP_TIA;
 static_assert(sizeof(tagS7_TCPIP_TIA) == 512);
+static_assert(offsetof(tagS7_TCPIP_TIA, Conn) == 0);
 
 #endif  // OSTRAVEL_AGLINK_AGLTYPES_H_

@@ -39,6 +39,7 @@ struct MESSAGE_HEADER {
   WORD wReserved1;
 };
 static_assert(sizeof(MESSAGE_HEADER) == 24);
+static_assert(offsetof(MESSAGE_HEADER, wVersionID) == 0);
 static_assert(offsetof(MESSAGE_HEADER, wReserved0) == 2);
 static_assert(offsetof(MESSAGE_HEADER, wTransID) == 4);
 static_assert(offsetof(MESSAGE_HEADER, wDevelopID) == 6);
@@ -62,6 +63,7 @@ struct CMD_TYPE {
   DWORD dwDeviceAddress;
 };
 static_assert(sizeof(CMD_TYPE) == 12);
+static_assert(offsetof(CMD_TYPE, byFunCode) == 0);
 static_assert(offsetof(CMD_TYPE, byHMIStationNo) == 1);
 static_assert(offsetof(CMD_TYPE, byPLCStationNo) == 2);
 static_assert(offsetof(CMD_TYPE, byDeviceType) == 3);
@@ -74,6 +76,7 @@ struct READ_COMMAND {
   WORD wCheckSum;
 };
 static_assert(sizeof(READ_COMMAND) == 4);
+static_assert(offsetof(READ_COMMAND, wDataNo) == 0);
 static_assert(offsetof(READ_COMMAND, wCheckSum) == 2);
 
 struct WORD_WRITE_COMMAND {
@@ -82,6 +85,7 @@ struct WORD_WRITE_COMMAND {
   WORD wCheckSum;
 };
 static_assert(sizeof(WORD_WRITE_COMMAND) == 4100);
+static_assert(offsetof(WORD_WRITE_COMMAND, wDataNo) == 0);
 static_assert(offsetof(WORD_WRITE_COMMAND, wData) == 2);
 static_assert(offsetof(WORD_WRITE_COMMAND, wCheckSum) == 4098);
 
@@ -94,6 +98,7 @@ struct BIT_WRITE_COMMAND {
   WORD wCheckSum;
 };
 static_assert(sizeof(BIT_WRITE_COMMAND) == 4);
+static_assert(offsetof(BIT_WRITE_COMMAND, byBitOffset) == 0);
 static_assert(offsetof(BIT_WRITE_COMMAND, byData) == 1);
 static_assert(offsetof(BIT_WRITE_COMMAND, wCheckSum) == 2);
 
@@ -110,6 +115,7 @@ struct DATA_TRANS_COMMAND {
   WORD wCheckSum;
 };
 static_assert(sizeof(DATA_TRANS_COMMAND) == 24);
+static_assert(offsetof(DATA_TRANS_COMMAND, wDataNo) == 0);
 static_assert(offsetof(DATA_TRANS_COMMAND, bySourceBitOffset) == 2);
 static_assert(offsetof(DATA_TRANS_COMMAND, wDriverID) == 4);
 static_assert(offsetof(DATA_TRANS_COMMAND, dwCommChannel) == 8);
@@ -182,6 +188,7 @@ struct FRAME_DATA {
   BYTE byData[2048];
 };
 static_assert(sizeof(FRAME_DATA) == 2056);
+static_assert(offsetof(FRAME_DATA, wSequenceID) == 0);
 static_assert(offsetof(FRAME_DATA, byErrCode) == 2);
 static_assert(offsetof(FRAME_DATA, byCurSysStatus) == 3);
 static_assert(offsetof(FRAME_DATA, nLength) == 4);
@@ -195,6 +202,7 @@ struct INPUT_DATA {
   WORD wData[kRecordWords];
 };
 static_assert(sizeof(INPUT_DATA) == 4104);
+static_assert(offsetof(INPUT_DATA, byErrCode) == 0);
 static_assert(offsetof(INPUT_DATA, byCurSysStatus) == 1);
 static_assert(offsetof(INPUT_DATA, nLength) == 4);
 static_assert(offsetof(INPUT_DATA, wData) == 8);
@@ -210,6 +218,7 @@ struct DEVICE_INFO {
   DWORD* pdwMemAddr;  // the device's state handle, as in GUI_REQUEST
 };
 static_assert(sizeof(DEVICE_INFO) == 24);
+static_assert(offsetof(DEVICE_INFO, bRead) == 0);
 static_assert(offsetof(DEVICE_INFO, nReadWORDSize) == 4);
 static_assert(offsetof(DEVICE_INFO, wCurDeviceType) == 8);
 static_assert(offsetof(DEVICE_INFO, byHMIStationNo) == 10);
@@ -234,6 +243,7 @@ struct DRIVER_ATTRIBUTE {
   WORD wIsServer;
 };
 static_assert(sizeof(DRIVER_ATTRIBUTE) == 84);
+static_assert(offsetof(DRIVER_ATTRIBUTE, cName) == 0);
 static_assert(offsetof(DRIVER_ATTRIBUTE, wVersion) == 50);
 static_assert(offsetof(DRIVER_ATTRIBUTE, wDriverID) == 52);
 static_assert(offsetof(DRIVER_ATTRIBUTE, byDataFormat) == 54);
@@ -254,6 +264,7 @@ struct stServiceDesc {
   BYTE* pData;
 };
 static_assert(sizeof(stServiceDesc) == 16);
+static_assert(offsetof(stServiceDesc, DataSize) == 0);
 static_assert(offsetof(stServiceDesc, ResponseSize) == 2);
 static_assert(offsetof(stServiceDesc, pData) == 8);
 

@@ -45,6 +45,8 @@ TEST(JobResult, FieldsLieWhereTheLibraryPutsThem) {
   EXPECT_EQ(result.SysTime.wDay, 0x1716);
   EXPECT_EQ(result.SysTime.wHour, 0x1918);
   EXPECT_EQ(result.SysTime.wMinute, 0x1b1a);
+  EXPECT_EQ(result.SysTime.wSecond, 0x1d1c);
+  EXPECT_EQ(result.SysTime.wMilliseconds, 0x1f1e);
   EXPECT_EQ(result.SError, 0x2726252423222120);
   EXPECT_EQ(result.UserVal, 0x2f2e2d2c2b2a2928);
 }

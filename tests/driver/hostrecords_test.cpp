@@ -180,6 +180,7 @@ TEST(HostRecords, DeviceInfoFieldsLieAtTheirOffsets) {
 TEST(HostRecords, AttributeFieldsLieAtTheirOffsets) {
   const auto record = counted<DRIVER_ATTRIBUTE>();
   EXPECT_EQ(sizeof record.cName, 50U);
+  EXPECT_EQ(record.cName[0], 0);
   EXPECT_EQ(record.cName[49], 49);
   EXPECT_AT(record, wVersion, 50, 2);
   EXPECT_AT(record, wDriverID, 52, 2);
