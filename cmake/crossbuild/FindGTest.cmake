@@ -1,0 +1,10 @@
+# Built from its sources (Debian's package googletest): a library of the build machine does not run on the target.
+set(OSTRAVEL_GOOGLETEST /usr/src/googletest CACHE PATH "GoogleTest's sources")
+set(GTest_FOUND FALSE)
+if(EXISTS ${OSTRAVEL_GOOGLETEST}/CMakeLists.txt)
+  set(GTest_FOUND TRUE)
+  if(NOT TARGET GTest::gtest)
+    set(INSTALL_GTEST OFF)
+    add_subdirectory(${OSTRAVEL_GOOGLETEST} ${PROJECT_BINARY_DIR}/googletest EXCLUDE_FROM_ALL)
+  endif()
+endif()

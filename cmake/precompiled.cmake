@@ -1,0 +1,63 @@
+# A quicker build of everything that does not ship: the headers that nearly every file reads are compiled once. They are read
+# before a file's own, so this hides an include that is missing; the other builds show it.
+#
+# Include it after all targets have been made. The driver's own folders are left as they are.
+option(OSTRAVEL_PRECOMPILED "Compile the headers of programs and tests once" OFF)
+set(OSTRAVEL_PRECOMPILED_OPTIONS "" CACHE STRING "Compiler options for what is compiled with them, such as -O1")
+if(NOT OSTRAVEL_PRECOMPILED)
+  return()
+endif()
+
+find_package(GTest REQUIRED)
+find_package(CLI11 REQUIRED)
+find_package(fmt REQUIRED)
+find_package(nlohmann_json REQUIRED)
+
+set(standard_headers
+  <algorithm> <array> <atomic> <chrono> <cstdint> <cstring> <deque> <filesystem> <fstream> <functional> <iomanip> <map>
+  <memory> <mutex> <optional> <set> <sstream> <stdexcept> <string> <string_view> <thread> <tuple> <unordered_map> <utility>
+  <variant> <vector>)
+file(WRITE ${PROJECT_BINARY_DIR}/precompiled.cpp "")
+add_library(ostravel_precompiled_programs STATIC ${PROJECT_BINARY_DIR}/precompiled.cpp)
+target_link_libraries(ostravel_precompiled_programs PRIVATE ostravel_options)
+target_precompile_headers(ostravel_precompiled_programs PRIVATE ${standard_headers} <fmt/format.h> <nlohmann/json.hpp>)
+add_library(ostravel_precompiled_tests STATIC ${PROJECT_BINARY_DIR}/precompiled.cpp)
+target_link_libraries(ostravel_precompiled_tests PRIVATE ostravel_options)
+target_precompile_headers(ostravel_precompiled_tests PRIVATE
+  ${standard_headers} <fmt/format.h> <gmock/gmock.h> <gtest/gtest.h> <nlohmann/json.hpp>)
+foreach(name programs tests)
+  target_compile_options(ostravel_precompiled_${name} PRIVATE ${OSTRAVEL_PRECOMPILED_OPTIONS})
+  target_link_libraries(ostravel_precompiled_${name} PRIVATE
+    Threads::Threads fmt::fmt-header-only nlohmann_json::nlohmann_json)
+endforeach()
+target_link_libraries(ostravel_precompiled_tests PRIVATE GTest::gmock)
+
+# -fPIC: programs and libraries can share the headers only when they are compiled alike.
+function(ostravel_precompile folder headers)
+  get_property(targets DIRECTORY ${folder} PROPERTY BUILDSYSTEM_TARGETS)
+  # What the bench measures with has options of its own, which the headers would have to share.
+  list(FILTER targets EXCLUDE REGEX "^bench_")
+  foreach(target IN LISTS targets)
+    get_target_property(type ${target} TYPE)
+    if(type MATCHES "^(EXECUTABLE|(STATIC|SHARED|MODULE|OBJECT)_LIBRARY)$")
+      target_precompile_headers(${target} REUSE_FROM ostravel_precompiled_${headers})
+      target_compile_definitions(${target} PRIVATE FMT_HEADER_ONLY=1)
+      target_compile_options(${target} PRIVATE -fPIC ${OSTRAVEL_PRECOMPILED_OPTIONS})
+    endif()
+  endforeach()
+  get_property(subfolders DIRECTORY ${folder} PROPERTY SUBDIRECTORIES)
+  foreach(subfolder IN LISTS subfolders)
+    ostravel_precompile(${subfolder} ${headers})
+  endforeach()
+endfunction()
+
+ostravel_precompile(common programs)
+set(folders ${OSTRAVEL_FOLDERS})
+list(REMOVE_ITEM folders aglink symbolic driver)
+foreach(folder IN LISTS folders)
+  if(folder MATCHES "^tests")
+    ostravel_precompile(${folder} tests)
+  else()
+    ostravel_precompile(${folder} programs)
+  endif()
+endforeach()
