@@ -102,16 +102,21 @@ class Variables {
   Event event_;
 };
 
+// "Texts" of "Texts[0..3]" and of "Texts[INDEX] @2".
+std::string base_of(const std::string& name) {
+  return name.substr(0, name.find_first_of(" ["));
+}
+
 void clear(FakeLibrary& library) {
   for (const char* name : {"Value", "Line[2].Value", "Array", "Based", "Matrix"}) library.remove(name);
-  for (const auto& row : texts()) library.remove(split(row.variable, '[').at(0));
+  for (const auto& row : texts()) library.remove(base_of(row.variable));
   for (const auto& row : texts()) library.remove(row.variable);
-  for (const auto& row : variables()) library.remove(split(row.variable, '[').at(0));
+  for (const auto& row : variables()) library.remove(base_of(row.variable));
 }
 
 }  // namespace
 
-void fill(FakeLibrary& library, const std::string& type, Event event) {
+void fill(FakeLibrary& library, const std::string& type, const std::string& address, Event event) {
   clear(library);
   library.add(kGuard, Item::Counter(kGuardValue));
   if (event == Event::PathUnknown) return;
@@ -119,9 +124,13 @@ void fill(FakeLibrary& library, const std::string& type, Event event) {
   for (const auto& row : numbers()) {
     if (row.type == type) plc.add_numbers(row);
   }
-  for (const auto& row : variables()) plc.add(row.variable, make(row.kind, row.elements));
-  if (type != "STRING") return;
-  for (const auto& row : texts()) plc.add(row.variable, make_texts(row));
+  const auto base = base_of(address);
+  for (const auto& row : variables()) {
+    if (base_of(row.variable) == base) plc.add(row.variable, make(row.kind, row.elements));
+  }
+  for (const auto& row : texts()) {
+    if (type == "STRING" && base_of(row.variable) == base) plc.add(row.variable, make_texts(row));
+  }
 }
 
 void begin(FakeLibrary& library, Event event) {

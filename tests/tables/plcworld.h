@@ -12,8 +12,9 @@ namespace tables {
 
 inline constexpr WORD kGuardValue = 0x4711;
 
-// The variables for rows of a type; what another type left is gone. The guard is not touched by events.
-void fill(FakeLibrary& library, const std::string& type, Event event);
+// The variables that a row of a type can reach by an address; what another row left is gone. The guard is not
+// touched by events.
+void fill(FakeLibrary& library, const std::string& type, const std::string& address, Event event);
 
 // What the event does to the library's functions, and back.
 void begin(FakeLibrary& library, Event event);

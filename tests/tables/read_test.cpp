@@ -29,7 +29,7 @@ class TableRead : public Desk, public testing::WithParamInterface<ReadCase> {
   void Try() {
     const auto& [row, answer] = GetParam();
     SCOPED_TRACE(std::string(row.address) + " -> " + row.words);
-    fill(library(), row.type, answer.event);
+    fill(library(), row.type, row.address, answer.event);
     begin(library(), answer.event);
     // What an LTIME delivers is what its descriptor held before.
     Device& on = row.type == std::string("LTIME") ? new_device(answer.event) : device(answer.event);

@@ -27,7 +27,7 @@ class TableWrite : public Desk, public testing::WithParamInterface<WriteCase> {
     SCOPED_TRACE(std::string(row.address) + " <- " + row.words + " as " + row.path);
     const bool exists = row.elements != std::string("nothing");
     const bool written = answer.written && exists;
-    fill(library(), row.type, answer.event);
+    fill(library(), row.type, row.address, answer.event);
     begin(library(), answer.event);
     Device& on = device(answer.event);
     on.data().write_device_state = !written;
