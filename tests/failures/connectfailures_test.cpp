@@ -4,6 +4,7 @@
 #include <gmock/gmock.h>
 
 #include <set>
+#include <tuple>
 
 #include "tests/failures/librarycalls.h"
 #include "tests/failures/online.h"
@@ -69,8 +70,11 @@ const Phase kPhases[] = {
                      "AGL_Symbolic_LoadAGLinkSymbolsFromPLC", "AGL_Symbolic_SaveAGLinkSymbolsToFile"})},
 };
 
-class ConnectFailures : public Online, public testing::WithParamInterface<Phase> {
+class ConnectFailures : public Online,
+                        public testing::WithParamInterface<std::tuple<Phase, injection::Refusal>> {
  protected:
+  ConnectFailures() { injection::let_calls_fail_by(std::get<1>(GetParam())); }
+
   // A device whose connection thread is started and has not run.
   struct Started : Plant {
     explicit Started(const Phase& phase) {
@@ -89,7 +93,7 @@ class ConnectFailures : public Online, public testing::WithParamInterface<Phase>
 }  // namespace
 
 TEST_P(ConnectFailures, EachLibraryCall) {
-  const Phase& phase = GetParam();
+  const Phase phase = std::get<0>(GetParam());
   std::vector<LibraryCall> calls;
   {
     Started plant(phase);
@@ -128,5 +132,7 @@ TEST_P(ConnectFailures, EachLibraryCall) {
   }
 }
 
-INSTANTIATE_TEST_SUITE_P(, ConnectFailures, testing::ValuesIn(kPhases),
-                         [](const auto& which) { return std::string(which.param.name); });
+INSTANTIATE_TEST_SUITE_P(, ConnectFailures, testing::Combine(testing::ValuesIn(kPhases), each_refusal()),
+                         [](const auto& which) {
+                           return std::get<0>(which.param).name + name_of(std::get<1>(which.param));
+                         });

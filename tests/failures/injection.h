@@ -75,11 +75,15 @@ void forget_started_thread();
 // What the next failing fread delivers: nothing, or half of it.
 void let_reads_deliver_half(bool half);
 
+// How a library call fails: it does nothing, or it does its work and says that it failed.
+enum class Refusal { DoesNothing, DoesItsWork };
+void let_calls_fail_by(Refusal refusal);
+
 // Puts all of the library's functions that the driver calls behind fails(Kind::Library). After each
 // construction of a FakeLibrary.
 void guard_library();
 
-// The code that a refused call returns.
+// The code that a call returns which fails.
 constexpr int kRefused = -77;
 
 }  // namespace injection

@@ -6,6 +6,8 @@
 namespace injection {
 namespace {
 
+Refusal refusal = Refusal::DoesNothing;
+
 template <auto* Slot, class Result, class... Arguments>
 struct Guard {
   static inline Result (*fake)(Arguments...) = nullptr;
@@ -14,7 +16,9 @@ struct Guard {
   static Result call(Arguments... arguments) {
     const bool refused = fails(Kind::Library, function);
     const OtherSide library;
-    return refused ? Result{kRefused} : fake(arguments...);
+    if (refused && refusal == Refusal::DoesNothing) return Result{kRefused};
+    const Result result = fake(arguments...);
+    return refused ? Result{kRefused} : result;
   }
 };
 
@@ -27,6 +31,10 @@ void guard(const char* function, Result (**)(Arguments...)) {
 }
 
 }  // namespace
+
+void let_calls_fail_by(Refusal how) {
+  refusal = how;
+}
 
 void guard_library() {
 #define GUARD(Name) guard<&p##Name>(#Name, &p##Name)

@@ -42,10 +42,19 @@ inline std::vector<std::string> poll(Runtime& runtime) {
   return runtime.input(static_cast<int>(requests.size()));
 }
 
+// Values of a test's parameter, and what they are called.
+inline auto each_refusal() {
+  return testing::Values(injection::Refusal::DoesNothing, injection::Refusal::DoesItsWork);
+}
+inline std::string name_of(injection::Refusal refusal) {
+  return refusal == injection::Refusal::DoesNothing ? "CallsThatDoNothing" : "CallsThatDoTheirWork";
+}
+
 // At its end nothing that the driver took may be left.
 class Online : public testing::Test {
  protected:
   ~Online() override {
+    injection::let_calls_fail_by(injection::Refusal::DoesNothing);
     forget_globals();
     EXPECT_EQ(injection::blocks_alive(), 0U) << "leaked";
   }
