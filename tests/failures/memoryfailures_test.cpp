@@ -38,6 +38,9 @@ class Session {
     cycle();
     for (const WriteTag& tag : write_tags()) write(tag);
     cycle();
+    lose_connection();
+    come_back();
+    cycle();
   }
 
  private:
@@ -135,6 +138,54 @@ class Session {
       }
     }
     EXPECT_THAT(runtime_.input(1, false), ElementsAreArray({"0/5/0"}));
+  }
+
+  // A call that is made again when memory ran out, after a look at what it left behind.
+  template <class Call, class Look>
+  void insist(Call call, const char* expected, Look look) {
+    std::string saw = call();
+    if (saw == "bad_alloc") {
+      look();
+      saw = call();
+    }
+    EXPECT_EQ(saw, expected);
+  }
+
+  void lose_connection() {
+    library_.fail("AGL_Symbolic_ReadMixEx", -1);
+    const auto nothing = [] {};
+    insist([this] { return runtime_.output(requests_); }, kFrame, nothing);
+    std::vector<std::string> records = input();
+    if (records == std::vector<std::string>{"bad_alloc"}) {
+      EXPECT_EQ(runtime_.output(requests_), kFrame);
+      records = input();
+    }
+    // Record 0 was preset.
+    std::vector<std::string> lost(count_, "2/-/-");
+    lost[0] = "2/5/0";
+    EXPECT_THAT(records, ElementsAreArray(lost));
+    EXPECT_EQ(injection::take_removed_files().size(), 1U);
+    EXPECT_EQ(runtime_.output(requests_), kFailedFrame);
+    library_.succeed("AGL_Symbolic_ReadMixEx");
+  }
+
+  void come_back() {
+    runtime_.timeout();
+    const std::string address = runtime_.data().DeviceIP;
+    insist([this] { return runtime_.init(); }, "", [] {});
+    insist([this] { return runtime_.init_command(); }, "",
+           [&] {
+             // Nothing is set up anew, so nothing connects with half of the new settings.
+             EXPECT_EQ(runtime_.loader().loader_state, SymbolsLoader::Error);
+             EXPECT_EQ(runtime_.data().DeviceIP, address);
+             EXPECT_EQ(runtime_.output(requests_), kFailedFrame);
+             runtime_.timeout();
+           });
+    insist([this] { return runtime_.output(requests_); }, kFrame, [] {});
+    EXPECT_TRUE(injection::run_started_thread());
+    if (runtime_.loader().loader_state == SymbolsLoader::Error) runtime_.reconnect(requests_);
+    EXPECT_EQ(runtime_.loader().loader_state, SymbolsLoader::Success);
+    runtime_.timeout();
   }
 
   std::vector<std::string> input() { return runtime_.input(static_cast<int>(count_)); }
