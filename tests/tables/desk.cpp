@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "tests/tables/desk.h"
 
-#include <cstring>
+#include <algorithm>
 #include <sstream>
 
 #include "tests/tables/address.h"
@@ -89,7 +89,9 @@ std::string Desk::output(const Device& device, Batch& batch) {
     }
     const BYTE alternate = expected.byDriverData[6];
     if (batch[i].byDriverData[4] == alternate) expected.byDriverData[4] = alternate;
-    EXPECT_EQ(std::memcmp(&batch[i], &expected, sizeof expected), 0) << "request " << i << " has changed";
+    const auto* bytes = reinterpret_cast<const BYTE*>(&expected);
+    EXPECT_TRUE(std::equal(bytes, bytes + sizeof expected, reinterpret_cast<const BYTE*>(&batch[i])))
+        << "request " << i << " has changed";
   }
   return status_of(frame) + " " + std::to_string(batch[0].byWaitResponse) + " " +
          std::to_string(batch[0].nResponseLength);

@@ -91,7 +91,8 @@ agl_int32_t run(SymbolicRW_t* accesses, agl_int32_t count, agl_int32_t* serror, 
   for (agl_int32_t i = 0; i < count; ++i) {
     auto& rw = accesses[i];
     const auto* place = library->access(rw.AccessHandle);
-    const bool fits = place != nullptr && rw.BufferLen == place->count * place->shape.element_size;
+    const bool fits =
+        place != nullptr && rw.BufferLen == agl_long_t{place->count} * place->shape.element_size;
     rw.Result = fits ? AGL40_SUCCESS : kBadHandle;
     rw.SError = 0;
     if (fits) copy(library->at(place->offset), rw.Buffer, static_cast<std::size_t>(rw.BufferLen));

@@ -19,6 +19,7 @@ const std::vector<std::string> kKinds = {"UInt8", "UInt16", "UInt32",  "UInt64",
 template <class T>
 std::vector<T> cast_to(const std::vector<std::uint64_t>& list) {
   std::vector<T> values;
+  values.reserve(list.size());
   for (const auto number : list) values.push_back(static_cast<T>(number));
   return values;
 }
@@ -26,6 +27,7 @@ std::vector<T> cast_to(const std::vector<std::uint64_t>& list) {
 template <class T, class Bits>
 std::vector<T> reals(const std::vector<std::uint64_t>& list) {
   std::vector<T> values;
+  values.reserve(list.size());
   for (const auto number : list) values.push_back(std::bit_cast<T>(static_cast<Bits>(number)));
   return values;
 }

@@ -77,11 +77,10 @@ class Simulated : public testing::Test {
       return RequestBuilder::BitWrite(spot.block(count), value);
     }
     const auto words = random.words(count * spot.type.words);
+    auto next = words.begin();
     for (int i = 0; i < count; ++i) {
       std::uint64_t value = 0;
-      for (int j = spot.type.words; j-- > 0;) {
-        value = value << 16 | words[static_cast<std::size_t>(i * spot.type.words + j)];
-      }
+      for (int j = 0; j < spot.type.words; ++j) value |= std::uint64_t{*next++} << 16 * j;
       held(spot, i) = value;
     }
     return RequestBuilder::WordWrite(spot.block(count), words);
