@@ -11,7 +11,7 @@
 
 namespace {
 
-std::vector<std::string> log;
+std::vector<std::string> logged;
 
 void listen(const char* name, const FakeArguments& arguments) {
   int integers = 10;
@@ -21,7 +21,7 @@ void listen(const char* name, const FakeArguments& arguments) {
     integers = row.integers;
     reals = row.reals;
   }
-  log.push_back(logLine(name, arguments, integers, reals));
+  logged.push_back(logLine(name, arguments, integers, reals));
 }
 
 using Listen = void (*)(FakeListener);
@@ -33,7 +33,7 @@ Listen listenFunction(void* library) {
 }  // namespace
 
 FakeLog::FakeLog() : library_(dlopen(kLibraryName.c_str(), RTLD_NOW)) {
-  log.clear();
+  logged.clear();
   if (library_ == nullptr)
     throw std::runtime_error("no fake library in LD_LIBRARY_PATH; run this through ctest");
   const Listen setListener = listenFunction(library_);
@@ -47,5 +47,5 @@ FakeLog::~FakeLog() {
 }
 
 const std::vector<std::string>& FakeLog::lines() const {
-  return log;
+  return logged;
 }
