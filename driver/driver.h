@@ -1,7 +1,8 @@
 // SPDX-License-Identifier: MIT
 // The driver's entry points. The runtime finds them by name, calls them from one thread, and passes records
-// by pointer. None reports a failure except inside the records; std::out_of_range and std::bad_alloc may
-// leave the filters.
+// by pointer. None reports a failure except inside the records. std::bad_alloc may leave StartDeviceEx,
+// InitEx, GetInitCmdEx2 and the filters, std::out_of_range the filters. Nothing is broken then: the call can
+// be made again, and a cycle that an exception ends is over.
 //
 // Per device: StartDeviceEx, InitEx, GetInitCmdEx2 with index 0, CheckInitCmdResponseEx2, then cycles of
 // output and input filter, Timeout when the runtime's time-out expires, GetCloseCmd, CloseDevice. A new
