@@ -251,6 +251,8 @@ agl_int32_t WriteMixEx(agl_int32_t, SymbolicRW_t* RW, agl_int32_t Num, agl_int32
 }
 
 void install_functions() {
+  // The forwarding functions want an open library; one without any of their names leaves every pointer null.
+  FUZZ_DEMAND(LoadDllByPath("libm.so.6") == 1);
   bind(pAGL_SetParas, SetParas);
   bind(pAGL_GetParas, GetParas);
   bind(pAGL_SetDevType, accept);
@@ -327,8 +329,8 @@ agl_int32_t Library::odd_number() {
 HandleType Library::open(std::string_view path) {
   const Kind* found = nullptr;
   for (const Kind& kind : kKinds) {
-    if (path.starts_with(kind.name)) found = &kind;
-    if (found != nullptr && path.substr(kind.name.size()).empty()) break;
+    if (path.starts_with(kind.name) && (found == nullptr || kind.name.size() > found->name.size()))
+      found = &kind;
   }
   if (found == nullptr) return 0;
   const std::size_t end = found->name.size();

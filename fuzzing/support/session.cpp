@@ -75,6 +75,25 @@ std::span<const std::string_view> session_names() {
   return kNames;
 }
 
+void expect_working_sessions() {
+  Library& library = Library::installed();
+  library.begin(nullptr);
+  // Up with a request for row 6, which is a 16-bit integer; once more, and its value.
+  constexpr std::array<std::uint8_t, 21> kCalls = {0, 0, 0x0F, 1, 0, 10, 0, 1,    0, 0xC0, 0xA8,
+                                                   0, 1, 1,    0, 6, 13, 0, 0xFF, 1, 0};
+  Input input(kCalls.data(), kCalls.size());
+  Session session(input, library);
+  session.run();
+  const GData& data = session.device().data();
+  FUZZ_DEMAND(data.GsymbolsParser.loader_state == SymbolsLoader::Success && data.pGCmdQueue != nullptr);
+  std::vector<INPUT_DATA> records(1);
+  std::vector<DEVICE_INFO> infos(1);
+  infos[0].bRead = TRUE;
+  infos[0].pdwMemAddr = session.device().handle();
+  KORVALE_DRV_InputFilterEx(records.data(), nullptr, infos.data(), 1);
+  FUZZ_DEMAND(records[0].byErrCode == kOk && records[0].wData[0] != 0 && data.device_connect_state);
+}
+
 Session::Session(Input& input, Library& library) : input_(input), library_(library) {
   reset_shared_state();
   version_ = input_.byte();

@@ -16,6 +16,9 @@
 
 namespace fuzz {
 
+// Demands that a device comes up, reads and writes with an honest library, so that no run is for nothing.
+void expect_working_sessions();
+
 // Names of the project's rows.
 std::span<const std::string_view> session_names();
 
