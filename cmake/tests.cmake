@@ -30,7 +30,10 @@ function(ostravel_discover_tests target)
   endif()
   if(arg_PRIVATE_PROJECT OR (arg_OWN_PROCESS AND start_is_dear))
     # Taken from the sources, so that the build itself needs neither namespace nor emulator.
-    gtest_add_tests(TARGET ${target} TEST_PREFIX "${arg_TEST_PREFIX}" TEST_LIST names)
+    # Not from other folders' sources: CMake would depend on them under two names.
+    get_target_property(sources ${target} SOURCES)
+    list(FILTER sources EXCLUDE REGEX "\\.\\./")
+    gtest_add_tests(TARGET ${target} SOURCES ${sources} TEST_PREFIX "${arg_TEST_PREFIX}" TEST_LIST names)
     if(arg_PROPERTIES)
       set_tests_properties(${names} PROPERTIES ${arg_PROPERTIES})
     endif()
