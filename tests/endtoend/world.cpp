@@ -18,7 +18,7 @@ constexpr const char* kHeader = "name,type,count,first,elements,device,id\n";
 
 Project project_of(const WorldOptions& options, const std::vector<std::string>& sources) {
   if (options.tags.empty()) {
-    const std::string more = std::string(SAMPLES_PATH) + "/tags.csv";
+    const std::string more = SAMPLES_PATH "/tags.csv";
     return sample_project(export_tags(PLC_PATH, sources), read_file(more), more);
   }
   return project_from_csv(kHeader + options.tags, "tags");
