@@ -246,9 +246,8 @@ void Session::fill(GUI_REQUEST& request, bool raw) {
     const WORD count = elements < 0xF0 ? elements % 16 : input_.number<WORD>();
     std::memcpy(block + kTagElementCountOffset, &count, sizeof count);
   }
-  // Offline each element takes its time: long arrays are rare.
-  constexpr BYTE kLong = 0x5A;
-  if (block[kTagDataBlockSize - 1] != kLong) block[kTagElementCountOffset + 1] &= 0x01;
+  // Offline each element takes its time: arrays beyond a record's 2048 words, but not far beyond them.
+  if (device().data().GOffLineSim != FALSE) block[kTagElementCountOffset + 1] &= 0x0B;
   if (request.stCmdType.byFunCode == kFunctionWordWrite || request.stCmdType.byFunCode == kFunctionBitWrite) {
     WORD_WRITE_COMMAND& command = request.stCommand.stWORDWrite;
     const std::uint8_t words = input_.byte();
