@@ -270,5 +270,25 @@ TEST_P(SymbolicFailures, EachAllocation) {
   EXPECT_FALSE(injection::asked().empty());
 }
 
+TEST(ReadBatchFailures, APlaceThatWasRefusedTakesNoMemoryOfItsOwn) {
+  std::size_t usual = 0;
+  for (const int nth : {0, 1, 2}) {
+    ReadBatch batch;
+    {
+      const Armed armed(Kind::Memory, nth);
+      const injection::DriverSide driver;
+      try {
+        batch.Add("Speed");
+      } catch (const std::bad_alloc&) {
+        batch.Add("Speed");
+      }
+      EXPECT_EQ(armed.hit(), nth != 0);
+    }
+    EXPECT_EQ(batch.size(), 1U);
+    if (nth == 0) usual = injection::bytes_alive();
+    EXPECT_EQ(injection::bytes_alive(), usual) << nth;
+  }
+}
+
 INSTANTIATE_TEST_SUITE_P(, SymbolicFailures, testing::ValuesIn(kCases),
                          [](const auto& which) { return std::string(which.param.name); });
