@@ -139,7 +139,9 @@ int SymbolsLoader::ConnectAndLoadSymbols(const std::string& PLCIP, const Setting
   if (loaded || loader_state == Success) return 1;
 
   Publish(Loading, settings.generation);
-  const agl_int32_t res = init_symbols_from_plc(connection, root_schema_node);
+  HandleType root = root_schema_node;
+  const agl_int32_t res = init_symbols_from_plc(connection, root);
+  root_schema_node = root;
   if (res != AGL40_SUCCESS) {
     std::puts("error");
     Publish(Error, settings.generation);
@@ -163,12 +165,15 @@ int SymbolsLoader::doSymbolic_LoadAGLinkSymbolsFromFile() {
 }
 
 int SymbolsLoader::LoadSymbolsFromFile(const char* path) {
-  if (root_schema_node != 0) {
-    const agl_int32_t freed = AGL_Symbolic_FreeHandle(root_schema_node);
-    root_schema_node = 0;
+  HandleType root = root_schema_node;
+  if (root != 0) {
+    root_schema_node = 0;  // before it is freed: the filters shall not find it then
+    const agl_int32_t freed = AGL_Symbolic_FreeHandle(root);
+    root = 0;
     if (freed != AGL40_SUCCESS) fetch_error_text(freed);
   }
-  const agl_int32_t result = AGL_Symbolic_LoadAGLinkSymbolsFromFile(path, &root_schema_node);
+  const agl_int32_t result = AGL_Symbolic_LoadAGLinkSymbolsFromFile(path, &root);
+  root_schema_node = root;
   if (result != AGL40_SUCCESS) {
     std::puts("load file error.....");
     fetch_error_text(result);

@@ -44,7 +44,8 @@ class SymbolsLoader {
   std::map<std::string, std::vector<unsigned char>> cache_data;
   std::map<std::string, std::vector<unsigned char>> read_data_queue_filter;
   std::vector<std::string> Queue;
-  HandleType root_schema_node = 0;  // 0: no symbol tree is loaded
+  // 0: no symbol tree is loaded. A write that does not wait for Success looks at it while it changes.
+  Published<HandleType> root_schema_node = 0;
   // Number of the library's device, of its connection in every read and write, and of the cache file. Set it
   // before SetupDevice or the cache file's path is used.
   unsigned char station_id = 0;
