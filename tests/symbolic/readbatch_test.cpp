@@ -91,7 +91,7 @@ TEST_F(KeptBatch, NoPathsAreNoGoodJob) {
 
 TEST_F(KeptBatch, AnArrayOfAnotherBaseIsRebasedAndTheNextOneIsNot) {
   library.add("FromTwo", Item::Int16({7, 8}).array(2, 3));
-  library.add("FromZero", Item::Int16({9}).array(0, 0));
+  library.add("FromZero", Item::Int16(9).array(0, 0));
   library.add("Scalar", Item::Int16(6));
   EXPECT_THAT(read({"FromTwo", "FromZero", "Scalar"}),
               ElementsAre(Bytes{0, 0, 0, 0, 7, 0, 8, 0}, Bytes{9, 0}, Bytes{6, 0}));
