@@ -152,6 +152,23 @@ TEST_F(OutputStart, TimeoutAndInitCommandBringTheThreadBack) {
   EXPECT_EQ(library.count("AGL_OpenDevice"), 2);
 }
 
+TEST_F(OutputStart, WaitsWhileAnEarlierThreadHasNotTakenItsOrder) {
+  device.address(9);
+  ASSERT_TRUE(device.loader().OrderSetup("192.168.1.99"));
+  EXPECT_EQ(status_of(output()), "0/8/0");
+  EXPECT_FALSE(device.data().bIsInitDevice);
+  EXPECT_TRUE(no_thread(device));
+  EXPECT_EQ(device.loader().RemoteIP, "192.168.1.99") << "the order that was given stands";
+  EXPECT_EQ(device.data().LOADER_PROJECT, 0U);
+
+  device.loader().CancelOrder();
+  library.cache_file_loads = true;
+  output();
+  await(SymbolsLoader::Success);
+  EXPECT_TRUE(device.data().bIsInitDevice);
+  EXPECT_EQ(device.loader().RemoteIP, "192.168.1.10");
+}
+
 TEST_F(OutputStart, FailedLoaderAnswersAtOnce) {
   device.address(9);
   device.loader().loader_state = SymbolsLoader::Error;

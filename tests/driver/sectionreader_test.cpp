@@ -54,6 +54,14 @@ TEST(SectionReader, ReadsOnWhereTheFilesSizeIsNotKnown) {
   std::fclose(file);
 }
 
+TEST(SectionReader, OfBytesEndsWithThem) {
+  const BYTE bytes[] = {1, 2, 3};
+  SectionReader reader(bytes);
+  EXPECT_EQ(reader.Number<std::uint16_t>(), 0x0201);
+  EXPECT_EQ(reader.TakeUpTo(5).size(), 1U);
+  EXPECT_EQ(reader.Number<BYTE>(), 0);
+}
+
 TEST(TagTableRows, NamesOverTheBordersOfChunksAreWhole) {
   TemporaryFolder folder;
   ProjectFile project;
@@ -88,6 +96,17 @@ TEST(TagTableRows, OfEqualNamesTheFirstRowIsFound) {
   EXPECT_EQ(table.get_index_by_name(""), 2);
   EXPECT_EQ(table.get_index_by_name("a"), -1);
   EXPECT_EQ(CTagTable().get_index_by_name("A"), -1) << "a table without rows";
+}
+
+TEST(TagTableRows, RowsThatAreAnnouncedAndNotThereHaveAnEmptyName) {
+  TemporaryFolder folder;
+  CTagTable table;
+  table.Read(ProjectFile().tag("A").announce(3).write(folder).c_str(), 0);
+  EXPECT_EQ(table.get_index_by_name("A"), 0);
+  EXPECT_EQ(table.get_index_by_name("B"), -1);
+  EXPECT_EQ(table.get_index_by_name(""), 1);
+  table.Read(ProjectFile().tag("A").write(folder).c_str(), 0);
+  EXPECT_EQ(table.get_index_by_name(""), -1) << "all are there";
 }
 
 TEST(TagTableRows, ANewTableForgetsTheIndexOfTheOld) {

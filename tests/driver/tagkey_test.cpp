@@ -155,6 +155,13 @@ TEST(TagOrder, KeysThatDifferInTheTagIdAloneAreOneKey) {
   EXPECT_EQ(map[tag], 22);
 }
 
+TEST(TagOrder, NoNameIsAnEmptyOne) {
+  EXPECT_TRUE(key(0, 0, 3, -1, nullptr) < key(0, 0, 3, -1, "A"));
+  EXPECT_FALSE(key(0, 0, 3, -1, "A") < key(0, 0, 3, -1, nullptr));
+  EXPECT_FALSE(key(0, 0, 3, -1, "") < key(0, 0, 3, -1, nullptr));
+  EXPECT_FALSE(key(0, 0, 3, -1, nullptr) < key(0, 0, 3, -1, ""));
+}
+
 TEST(TagOrder, NamesAreComparedByTextAndNotByAddress) {
   const std::string one = "Motor";
   const std::string other = "Motor";

@@ -198,6 +198,23 @@ TEST_F(TagTable, WideRowsAreReadWhenTheFlagIsSet) {
   EXPECT_EQ(table.Get(1)->Reserved, 9U);
 }
 
+TEST_F(TagTable, WideRowThatIsNotThereWholeEndsTheRows) {
+  table.m_bUseUNICODE = TRUE;
+  const BYTE rows[] = {
+      0x01, 0x00, 'A', 0x00, 0x07, 0x44, 0x33, 0x22, 0x11, 0x04, 0x03, 0x02, 0x01,  //
+      0x01, 0x00, 'B', 0x00, 0x08, 0x09, 0x00, 0x00, 0x00, 0x0A, 0x00, 0x00,
+  };
+  table.ReadRows(rows, 2);
+  EXPECT_EQ(std::u16string(table.Get(0)->pString), u"A");
+  expect_empty_row(1);
+}
+
+// A file whose size cannot be had: the system's information files are read on without it.
+TEST_F(TagTable, FileWithoutASizeIsReadFromItsPositionOn) {
+  table.Read("/proc/version", 0);
+  EXPECT_EQ(table.version_, 'e' | 'r' << 8 | 's' << 16 | 'i' << 24) << "of: Linux version";
+}
+
 TEST_F(TagTable, PasswordFollowsTheRows) {
   read(ProjectFile().tag("Motor").password(true, "secret"));
   EXPECT_EQ(table.version_ & 2U, 2U);

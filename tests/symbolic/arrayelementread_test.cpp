@@ -78,6 +78,15 @@ TEST_F(ArrayElementRead, GivesThePositionEvenWhenTheReadFails) {
   EXPECT_EQ(position, 3U);
 }
 
+// A name may hold a bracket that nothing closes: it is no element's, and the array is asked for without
+// indices.
+TEST_F(ArrayElementRead, TakesNoIndexFromABracketThatStaysOpen) {
+  library.add("Odd[1", Item::UInt8({1, 2}).array(0, 1));
+  EXPECT_THAT(read("Odd[1"), IsEmpty());
+  EXPECT_EQ(library.log("AGL_Symbolic_GetArrayIndexAsLinearIndex"),
+            Lines{"AGL_Symbolic_GetArrayIndexAsLinearIndex(node:Odd[1, [], 0, &0)"});
+}
+
 struct IndexCase {
   const char* path;
   const char* arguments;

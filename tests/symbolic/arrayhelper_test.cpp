@@ -146,6 +146,14 @@ agl_int32_t negative_count(HandleType, agl_int32_t* count) {
   return AGL40_SUCCESS;
 }
 
+TEST(ArrayDescription, OfAnEmptyPathRaises) {
+  FakeLibrary library;
+  std::vector<unsigned> lower;
+  std::vector<unsigned> upper;
+  raised_by<std::out_of_range>([&] { get_array_description(FakeLibrary::kRoot, "", lower, upper); });
+  EXPECT_TRUE(library.log().empty());
+}
+
 TEST(ArrayDescription, StopsAtTheFirstDimensionThatAHugeCountPromisesInVain) {
   FakeLibrary library;
   library.add("A", Item::Int16({}).array(1, 2));

@@ -40,6 +40,16 @@ TEST_F(Reinitialise, MakesTheLoaderIdleUnderTheNewSettings) {
   EXPECT_FALSE(loader.m_enable_parameter);
 }
 
+TEST_F(Reinitialise, ThreadWithoutAnOrderConnectsToTheAddressThatIsThere) {
+  loader.RemoteIP = "192.168.0.20";
+  printed_by([&] { EXPECT_EQ(loader.RunOrderedSetup(), 1); });
+  EXPECT_EQ(loader.loader_state, SymbolsLoader::Success);
+  ASSERT_EQ(library.parametersSet().size(), 1U);
+  const auto bytes = library.parametersSet()[0].bytes;
+  const std::string text(bytes.begin(), bytes.end());
+  EXPECT_NE(text.find("192.168.0.20"), std::string::npos);
+}
+
 // The values of the PLC that was left would count as those of the new one.
 TEST_F(Reinitialise, ConnectionThatIsOvertakenShowsNoSuccess) {
   reinitialise_during("AGL_PLCConnectEx");
