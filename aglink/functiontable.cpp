@@ -12,7 +12,7 @@ namespace {
 
 // AGL40_LIB_NOT_LOADED converted to the result type and extended to 64 bits as the type's sign asks for.
 template <typename Result>
-constexpr std::uint64_t notLoadedBits() {
+consteval std::uint64_t notLoadedBits() {
   if constexpr (std::is_floating_point_v<Result>) {
     return std::bit_cast<std::uint32_t>(static_cast<Result>(AGL40_LIB_NOT_LOADED));
   } else {
@@ -21,7 +21,7 @@ constexpr std::uint64_t notLoadedBits() {
 }
 
 template <typename Result, Failure failure>
-constexpr std::uint64_t failureBits() {
+consteval std::uint64_t failureBits() {
   static_assert(std::is_void_v<Result> == (failure == Failure::Nothing));
   if constexpr (failure == Failure::NotLoaded) {
     return notLoadedBits<Result>();

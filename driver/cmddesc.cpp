@@ -12,9 +12,9 @@ namespace {
 constexpr USHORT kResponseHeader = 6;  // bytes in front of the elements
 constexpr USHORT kWriteResponse = 4;
 
-// Apart from the usual way, which it would slow down. Returns whether there was an index to be put in.
-[[gnu::noinline, gnu::cold]] bool substitute(const stTag& tag, std::string_view name, TagName& tag_name) {
-  return tag_name.SubstituteIndex(name, tag.ArrayIndex);
+// Apart from the usual way, which it would slow down.
+[[gnu::noinline, gnu::cold]] void substitute(const stTag& tag, std::string_view name, TagName& tag_name) {
+  tag_name.SubstituteIndex(name, tag.ArrayIndex);
 }
 
 // What a read and a write have in common. Returns whether the name was built by index substitution.
@@ -25,13 +25,16 @@ inline bool setup_command(BYTE* pDriverData, stCmdDesc* pDesc, UINT nCmdIndex, c
   pDesc->ElementCounts = static_cast<USHORT>(FillTagStruct(pTagTable, &tag, pDriverData));
   const NameTraits& traits = pTagTable->name_traits(static_cast<DWORD>(tag.TagIndex));
   const std::string_view name(tag.pTagName, traits.length);
-  const bool substituted = traits.has_placeholder && substitute(tag, name, pDesc->tag_name);
-  if (!substituted) pDesc->tag_name.Borrow(name, traits.hash);
+  if (traits.has_placeholder) {
+    substitute(tag, name, pDesc->tag_name);
+  } else {
+    pDesc->tag_name.Borrow(name, traits.hash);
+  }
   pDesc->ServiceDataLength = 0;
   pDesc->DataType = tag.DataType;
   pDesc->BitIndex = tag.BitIndex;
   pDesc->ArrayIndex = tag.ArrayIndex;
-  return substituted;
+  return traits.has_placeholder;
 }
 
 }  // namespace

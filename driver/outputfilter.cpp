@@ -95,7 +95,8 @@ WriteTarget write_target(GData& device, const stTag& tag) {
   WORD index = tag.ArrayIndex;
   const NameTraits& traits = device.GTagTable.name_traits(static_cast<DWORD>(tag.TagIndex));
   const std::string_view row_name(tag.pTagName, traits.length);
-  if (traits.has_placeholder && name.SubstituteIndex(row_name, tag.ArrayIndex)) {
+  if (traits.has_placeholder) {
+    name.SubstituteIndex(row_name, tag.ArrayIndex);
     index = kNoArrayIndex;
   } else {
     name.Borrow(row_name, traits.hash);
