@@ -10,6 +10,8 @@ COMPARISONS = {"<": "<=", "<=": "<", ">": ">=", ">=": ">", "==": "!=", "!=": "==
 OPERATORS = {"&&": "||", "||": "&&", "+": "-", "-": "+", "*": "+", "/": "*", "%": "/", "<<": ">>", ">>": "<<",
              "&": "|", "|": "&", "+=": "-=", "-=": "+=", "++": "--", "--": "++"}
 WORDS = {"true": "false", "false": "true", "nullptr": None, "TRUE": "FALSE", "FALSE": "TRUE", "min": "max", "max": "min"}
+NO_CALLS = {"if", "for", "while", "switch", "defined", "sizeof", "alignas"}
+SYMMETRIC = {"min", "max"}  # the order of their arguments makes no difference
 # What begins a statement that cannot just be left out: it declares something, or it is where control goes.
 KEPT_STATEMENTS = {"return", "using", "namespace", "struct", "class", "enum", "union", "template", "typedef", "static_assert",
                    "const", "constexpr", "consteval", "constinit", "static", "inline", "extern", "friend", "auto", "case",
@@ -120,7 +122,7 @@ def _arguments(tokens, source):
     for index, token in enumerate(tokens[:-1]):
         if token.text != "(" or index == 0 or tokens[index - 1].kind != "word":
             continue
-        if tokens[index - 1].text in ("if", "for", "while", "switch", "defined", "sizeof", "alignas"):
+        if tokens[index - 1].text in NO_CALLS or tokens[index - 1].text in SYMMETRIC:
             continue
         last = closing(tokens, index)
         if last == len(tokens):

@@ -20,7 +20,7 @@ from pathlib import Path
 
 from changes import changes_of
 from survivors import Survivors
-from workspace import FOLDERS, Build, Worker
+from workspace import FOLDERS, Build, Worker, precompiled
 
 ROOT = Path(__file__).resolve().parent.parent
 WORK = ROOT / "build" / "mutate"
@@ -40,6 +40,7 @@ def parse():
     parser.add_argument("--count", type=int, metavar="N", help=f"how many, of those that compile (default {LONG_COUNT})")
     parser.add_argument("--only", metavar="FILE", help="choose among the changes of one file, e.g. driver/cmdqueue.cpp")
     parser.add_argument("--rerun-survivors", action="store_true", help="only what survived the last long run")
+    parser.add_argument("--resume", action="store_true", help="take what an earlier long run has found as it is")
     parser.add_argument("--jobs", type=int, default=os.cpu_count() or 1, metavar="N", help="changes at a time")
     parser.add_argument("--list", action="store_true", help="print the changes in the order of choice, and run nothing")
     arguments = parser.parse_args()
@@ -111,12 +112,12 @@ def check_untouched(build, workers):
 
 
 def run(build, changes, count, jobs, report):
-    """Tries changes in order until count of them have compiled."""
+    """Tries changes in order until count of them have compiled; report takes each."""
     pending = queue.SimpleQueue()
-    for position, change in enumerate(changes):
-        pending.put((position, change))
+    for change in changes:
+        pending.put(change)
     lock = threading.Lock()
-    results, started, errors = {}, [0], []
+    started, done, errors = [0], [0], []
     sources = {change.file: (build.sources / change.file).read_text() for change in changes}
 
     def work(worker):
@@ -126,7 +127,7 @@ def run(build, changes, count, jobs, report):
                 if started[0] >= count or pending.empty():
                     return
                 started[0] += 1
-                position, change = pending.get()
+                change = pending.get()
             try:
                 outcome, program = worker.try_change(change.file, change.apply(sources[change.file]))
             except Exception as error:  # a thread's own would only be printed
@@ -135,11 +136,11 @@ def run(build, changes, count, jobs, report):
             with lock:
                 if outcome == "invalid":
                     started[0] -= 1
-                    continue
-                results[position] = (change, outcome, program)
-                report(len(results), change, outcome, program)
+                done[0] += outcome != "invalid"
+                report(done[0], change, outcome, program)
 
-    workers = [Worker(build, WORK / f"worker{number}") for number in range(jobs)]
+    headers = precompiled(build, WORK / "headers")
+    workers = [Worker(build, WORK / f"worker{number}", headers) for number in range(jobs)]
     check_untouched(build, workers)
     threads = [threading.Thread(target=work, args=(worker,)) for worker in workers]
     for thread in threads:
@@ -148,18 +149,31 @@ def run(build, changes, count, jobs, report):
         thread.join()
     if errors:
         raise errors[0]
-    return [results[position] for position in sorted(results)]
 
 
-def save(results, rerun):
-    entries = {}
-    if rerun and RESULTS.exists():
-        entries = {tuple(entry["key"]): entry for entry in json.loads(RESULTS.read_text())}
-    for change, outcome, program in results:
-        entries[change.key()] = {"key": change.key(), "kind": change.kind, "line": change.line, "outcome": outcome,
-                                 "program": program}
-    RESULTS.write_text(json.dumps(list(entries.values()), indent=1) + "\n")
-    return entries
+class Results:
+    """What became of each change. Those of a long run are kept in a file, so that one can be taken up again."""
+
+    def __init__(self, file, earlier):
+        self.file, self.entries = file, {}
+        if earlier and file.exists():
+            self.entries = {tuple(entry["key"]): entry for entry in json.loads(file.read_text())}
+
+    def add(self, change, outcome, program):
+        self.entries[change.key()] = {"key": change.key(), "kind": change.kind, "line": change.line, "outcome": outcome,
+                                      "program": program}
+        if self.file is not None:
+            new = self.file.with_suffix(".new")
+            new.write_text(json.dumps(list(self.entries.values()), indent=1) + "\n")
+            new.replace(self.file)
+
+    def forget_others(self, changes):
+        """The code has changed since: what is no longer in it says nothing."""
+        there = {change.key() for change in changes}
+        self.entries = {key: entry for key, entry in self.entries.items() if key in there}
+
+    def tried(self):
+        return [entry for entry in self.entries.values() if entry["outcome"] != "invalid"]
 
 
 def summarise(entries, survivors, short):
@@ -187,6 +201,8 @@ def summarise(entries, survivors, short):
 
 def main():
     arguments = parse()
+    if arguments.short and (arguments.resume or arguments.rerun_survivors):
+        fail("--short keeps no results, so there is nothing to resume or to run again; leave one of the two out")
     try:
         survivors = Survivors(Path(__file__).parent / "survivors.toml")
     except (ValueError, KeyError) as error:
@@ -204,20 +220,24 @@ def main():
         print(f"mutation/survivors.toml: no longer in {file}: {before!r} -> {after!r} in: {code}; take the entry out")
     changes = chosen(everything, arguments)
     count = arguments.count or (SHORT_COUNT if arguments.short else LONG_COUNT)
+    results = Results(None if arguments.short else RESULTS, arguments.resume or arguments.rerun_survivors)
+    results.forget_others(everything)
     if arguments.rerun_survivors:
         count = len(changes)
+    elif arguments.resume:
+        changes = [change for change in changes if change.key() not in results.entries]
+        count -= len(results.tried())
     begun = time.monotonic()
 
     def report(number, change, outcome, program):
-        if outcome == "survived" or number % 20 == 0:
+        results.add(change, outcome, program)
+        if outcome == "survived" or (outcome != "invalid" and number % 20 == 0):
             print(f"[{number}/{count}, {time.monotonic() - begun:.0f} s] {change.file}:{change.line}: {change.text()[:100]}: "
                   f"{outcome}{' by ' + program if program else ''}", flush=True)
 
-    results = run(Build(sources, folder), changes, count, min(arguments.jobs, count or 1), report)
-    entries = save(results, arguments.rerun_survivors) if not arguments.short else {
-        change.key(): {"key": change.key(), "kind": change.kind, "line": change.line, "outcome": outcome}
-        for change, outcome, _ in results}
-    return summarise(list(entries.values()), survivors, arguments.short)
+    if count > 0:
+        run(Build(sources, folder), changes, count, min(arguments.jobs, count), report)
+    return summarise(results.tried(), survivors, arguments.short)
 
 
 if __name__ == "__main__":

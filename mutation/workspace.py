@@ -17,6 +17,9 @@ import signal
 import subprocess
 from pathlib import Path
 
+COUNTERS = ("-fprofile-instr-generate", "-fcoverage-mapping", "-fcoverage-mcdc", "-g")
+# Tests of a header that are not called after it.
+TESTS_OF = {"aglink/aglenums.h": "enums", "aglink/agltypes.h": "records"}
 FOLDERS = ("driver", "symbolic", "aglink")
 COMPILE_SECONDS = 300
 # Of processor time, so that a busy machine makes no difference; the other only for a test that waits for ever.
@@ -86,10 +89,11 @@ class Build:
         stem = Path(file).stem
         if not file.endswith(".h"):
             return [target for target, (source, _) in self.compiles.items() if source == file]
+        tests = f"{stem}|{TESTS_OF.get(file, stem)}"
         found = []
         for target, (source, _) in self.compiles.items():
             own = source.split("/")[0] in FOLDERS
-            its_test = source.startswith("tests/") and re.match(rf"{stem}(_\w+)?_test$", Path(source).stem)
+            its_test = source.startswith("tests/") and re.match(rf"({tests})(_\w+)?_test$", Path(source).stem)
             if (own or its_test) and file in self.includes.get(target, ()):
                 found.append(target)
         return found
@@ -100,11 +104,27 @@ class Build:
         return sorted(self.programs, key=lambda program: (not program[0].startswith(own), program[0] == "driver_test"))
 
 
+def precompiled(build, folder):
+    """The driver's system headers, compiled once: parsing them is most of what compiling one of its files costs."""
+    names = set()
+    for part in FOLDERS:
+        for path in (build.sources / part).iterdir():
+            if path.suffix in (".cpp", ".h"):
+                names |= set(re.findall(r"^#include (<[a-z_.]+>)", path.read_text(), re.MULTILINE))
+    folder.mkdir(parents=True, exist_ok=True)
+    header = folder / "system.h"
+    header.write_text("".join(f"#include {name}\n" for name in sorted(names)))
+    arguments = next(arguments for source, arguments in build.compiles.values() if source.startswith("driver/"))
+    flags = [word for word in arguments[1 : arguments.index("-o")] if word not in COUNTERS]
+    subprocess.run([arguments[0], *flags, "-x", "c++-header", str(header), "-o", str(header) + ".pch"], check=True)
+    return str(header) + ".pch"
+
+
 class Worker:
     """One place to compile, link and run in."""
 
-    def __init__(self, build, folder):
-        self.build, self.folder = build, Path(folder)
+    def __init__(self, build, folder, headers):
+        self.build, self.folder, self.headers = build, Path(folder), headers
 
     def try_change(self, file, text):
         """'caught', 'timeout', 'survived' or 'invalid' (does not compile), and what noticed it."""
@@ -136,11 +156,13 @@ class Worker:
         compiled.parent.mkdir(parents=True, exist_ok=True)
         command = []
         for word in arguments:
-            if word in ("-fprofile-instr-generate", "-fcoverage-mapping", "-fcoverage-mcdc", "-g"):
+            if word in COUNTERS:
                 continue
             if word == f"-I{self.build.sources}":
                 command.append(f"-I{overlay}")
             command.append(word)
+        if original.split("/")[0] in FOLDERS:
+            command[1:1] = ["-include-pch", self.headers]
         command[command.index("-o") + 1] = str(compiled)
         command[-1] = str(source or self.build.sources / original)
         if "-MF" in command:
