@@ -139,7 +139,7 @@ void Plant::after_poll(Outcome outcome, std::int64_t start, std::int64_t end) {
   if (!lost_ || return_fell_into_it) free_since_ = end;
   lost_ = true;
   if (waiting_since_ == 0) waiting_since_ = end;
-  if (outcome == Outcome::Failed || nanoseconds(now() - waiting_since_) > kRuntimeTimeout) {
+  if (outcome == Outcome::Failed || nanoseconds(now() - waiting_since_) > kRuntimeTimeout * slowness()) {
     reinitialise();
     waiting_since_ = now();
   }

@@ -16,6 +16,7 @@
 #include <thread>
 #include <vector>
 
+#include "common/commandline.h"
 #include "simulator/standin/statistics.h"
 #include "tests/plant/entrypoints.h"
 #include "tests/plant/faults.h"
@@ -82,7 +83,7 @@ class Soak {
     began_ = now();
     first_batch_ = plant_.counts().batches;
     for (int tenth = 1; tenth <= 10; ++tenth) {
-      while (progress() * 10 < tenth) step();
+      while (progress() * 10 < tenth || (fault_is_due() && options_.seconds == 0)) step();
       print(tenth);
     }
     return conclude();
@@ -120,13 +121,15 @@ class Soak {
            static_cast<double>(options_.batches);
   }
 
+  bool fault_is_due() const {
+    return static_cast<double>(faults_ + 1) <=
+           std::min(progress(), 1.0) * static_cast<double>(*options_.faults);
+  }
+
   void step() {
-    if (static_cast<double>(faults_ + 1) <= progress() * static_cast<double>(*options_.faults)) {
-      return disturb(next_fault());
-    }
+    if (fault_is_due()) return disturb(next_fault());
     const auto start = now();
-    const auto left = first_batch_ + options_.batches - plant_.counts().batches;
-    plant_.serve(options_.seconds != 0 ? kPortion : std::min(kPortion, left));
+    plant_.serve(kPortion);
     serving_ += nanoseconds(now() - start);
     served_ += plant_.counts().batches - counted_;
     counted_ = plant_.counts().batches;
@@ -306,7 +309,7 @@ int main(int argc, char** argv) {
                  "what happens meanwhile; else 1 for 1000 batches, or 2 in 5 seconds")
       ->check(CLI::Range(std::uint64_t{0}, std::uint64_t{1} << 30U));
   app.add_option("--seed", options.seed, "repeats the order of batches and faults");
-  CLI11_PARSE(app, argc, argv);
+  if (const auto code = ostravel::parse_command_line(app, "soak", argc, argv)) return *code;
   if (!options.faults)
     options.faults = options.seconds != 0 ? options.seconds * 2 / 5 : options.batches / 1000;
   try {
