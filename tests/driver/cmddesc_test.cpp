@@ -4,7 +4,11 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <cstring>
+#include <iterator>
 #include <memory>
+#include <new>
 #include <stdexcept>
 #include <string>
 #include <vector>
@@ -93,6 +97,31 @@ TEST_F(CommandSetup, ReadOf40000WordsHasResponseLength14470) {
 TEST_F(CommandSetup, BitReadOfALrealHasResponseLength14) {
   EXPECT_EQ(setup_read(TagBlock(DT_LREAL).bit(7).count(1)).ResponseLength, 14);
   EXPECT_EQ(setup_read(TagBlock(DT_LREAL).bit(7).count(500)).ResponseLength, 14);
+}
+
+TEST(Command, IsCreatedEmptyWhateverTheMemoryHeld) {
+  alignas(stCmdDesc) static BYTE memory[sizeof(stCmdDesc)];
+  std::memset(memory, 0xEE, sizeof memory);
+  const auto* command = new (memory) stCmdDesc;
+  const auto zero = [](const auto& bytes) {
+    return std::all_of(std::begin(bytes), std::end(bytes), [](BYTE byte) { return byte == 0; });
+  };
+  EXPECT_TRUE(zero(command->ServiceData));
+  EXPECT_TRUE(zero(command->DataBuffer));
+  EXPECT_EQ(command->tag_name, "");
+  for (const unsigned number :
+       {unsigned{command->ServiceDataLength}, unsigned{command->ResponseLength}, unsigned{command->DataType},
+        static_cast<unsigned>(command->BitIndex), unsigned{command->ElementCounts},
+        unsigned{command->ArrayIndex}, command->nCmdIndex, unsigned{command->Cmd_Status}, command->WordCount,
+        unsigned{command->is_wstring}, unsigned{command->use_index_register},
+        static_cast<unsigned>(command->bPack), static_cast<unsigned>(command->DataBytes),
+        static_cast<unsigned>(command->Place)}) {
+    EXPECT_EQ(number, 0U);
+  }
+  EXPECT_EQ(command->pNext, nullptr);
+  EXPECT_EQ(command->pPrev, nullptr);
+  EXPECT_EQ(command->pGData, nullptr);
+  command->~stCmdDesc();
 }
 
 TEST_F(CommandSetup, UnknownTypeAddsSixToTheOldResponseLength) {

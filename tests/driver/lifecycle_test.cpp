@@ -101,6 +101,13 @@ TEST(StartDevice, CreatesAnIdleDeviceWithItsTagTable) {
   EXPECT_EQ(data.TagcountMod, 0);
   EXPECT_EQ(data.TagcountDif, 0);
   EXPECT_EQ(data.GOffLineSim, 0);
+  for (const DWORD number :
+       {data.GCmdIndex, data.GRegisCount, static_cast<DWORD>(data.GCacheBitArray), data.GSessionHandle,
+        data.GConnectionID, data.GBitArrayCache, data.GTagConnectionID, data.GTagConnectionID2,
+        DWORD{data.GUnitDataSequence}, DWORD{data.ConnectionSerialNo}}) {
+    EXPECT_EQ(number, 0U);
+  }
+  for (const UINT commands : data.GPackSize) EXPECT_EQ(commands, 0U);
   EXPECT_TRUE(data.GMap.empty());
   EXPECT_EQ(data.LOADER_PROJECT, 0U);
   EXPECT_FALSE(data.bIsInitDevice);

@@ -54,6 +54,20 @@ TEST(SectionReader, ReadsOnWhereTheFilesSizeIsNotKnown) {
   std::fclose(file);
 }
 
+TEST(SectionReader, TakesAFileInLargeChunks) {
+  TemporaryFolder folder;
+  const std::string path = folder.path() / "bytes";
+  constexpr std::size_t kSize = 1000000;
+  std::FILE* file = std::fopen(path.c_str(), "w+b");
+  for (std::size_t i = 0; i < kSize; ++i) std::fputc('x', file);
+  std::rewind(file);
+  SectionReader reader(file, kSize);
+  std::size_t bytes = 0;
+  while (bytes < kSize) bytes += reader.TakeUpTo(100).size();
+  EXPECT_EQ(reader.TakeChunks().size(), 4U) << "of 262,144 bytes each";
+  std::fclose(file);
+}
+
 TEST(SectionReader, OfBytesEndsWithThem) {
   const BYTE bytes[] = {1, 2, 3};
   SectionReader reader(bytes);
