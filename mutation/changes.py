@@ -90,17 +90,22 @@ def _comparisons_and_operators(tokens, source):
 
 
 def _constants(tokens, source):
-    for token in tokens:
+    for index, token in enumerate(tokens):
         if token.kind == "number":
             after = _another_number(token.text)
             if after is not None:
                 yield token.start, token.end, after, "off by one"
-        elif token.kind == "string":
+        elif token.kind == "string" and not _goes_unseen(tokens, index):
             yield token.start, token.end, _another_text(token.text), "changed constant"
         elif token.kind == "character":
             yield token.start, token.end, "'~'" if token.text != "'~'" else "'_'", "changed constant"
         elif token.kind == "word" and WORDS.get(token.text):
             yield token.start, token.end, WORDS[token.text], "changed constant"
+
+
+def _goes_unseen(tokens, index):
+    """The name in ErrorHelper::ShowError(result, name) is deliberately shown nowhere."""
+    return [token.text for token in tokens[max(index - 4, 0) : index]][:2] == ["ShowError", "("]
 
 
 def _another_number(text):

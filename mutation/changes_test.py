@@ -30,6 +30,9 @@ class Changes(unittest.TestCase):
         self.assertEqual(found('const char* a = "";'), {('""', '"~"')})
         self.assertEqual(found("bool a = true;"), {("true", "false")})
 
+    def test_a_name_that_is_shown_nowhere_stays(self):
+        self.assertEqual(found('int a = ErrorHelper::ShowError(res, "name");'), {('res, "name"', '"name", res')})
+
     def test_neighbouring_arguments_change_places(self):
         self.assertEqual(found("int a = f(x, g(y), z);"), {("x, g(y)", "g(y), x"), ("g(y), z", "z, g(y)")})
         self.assertEqual(found("void f(int x, char* y);"), set())

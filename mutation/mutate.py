@@ -35,7 +35,10 @@ LONG_COUNT = 320
 def parse():
     parser = argparse.ArgumentParser(prog="mutate", description=__doc__, formatter_class=argparse.RawDescriptionHelpFormatter)
     parser.add_argument("--short", action="store_true",
-                        help=f"a sample of {SHORT_COUNT} changes, with the build that ./coverage leaves in build/coverage")
+                        help=f"a sample of {SHORT_COUNT} changes, --in-place")
+    parser.add_argument("--in-place", action="store_true",
+                        help="with the build that ./coverage leaves instead of a copy of the sources, which stay as they are "
+                             "all the same; leave them and that build alone meanwhile")
     parser.add_argument("--seed", type=int, default=1, metavar="N", help="which changes are chosen (default 1)")
     parser.add_argument("--count", type=int, metavar="N", help=f"how many, of those that compile (default {LONG_COUNT})")
     parser.add_argument("--only", metavar="FILE", help="choose among the changes of one file, e.g. driver/cmdqueue.cpp")
@@ -106,7 +109,7 @@ def check_untouched(build, workers):
     for folder in FOLDERS:
         file = next(path for path in sorted((build.sources / folder).iterdir()) if path.suffix == ".cpp")
         name = f"{folder}/{file.name}"
-        outcome, program = workers[0].try_change(name, file.read_text())
+        outcome, program = workers[0].try_change(name, file.read_text(), only_own=True)
         if outcome != "survived":
             fail(f"the unit tests fail without any change ({program or 'build'}: {outcome}); run ./coverage and see which")
 
@@ -212,7 +215,7 @@ def main():
             print(f"{change.file}:{change.line}: {change.text()}")
         return 0
     WORK.mkdir(parents=True, exist_ok=True)
-    sources, folder = (ROOT, ROOT / "build" / "coverage") if arguments.short else (snapshot(), WORK / "build")
+    sources, folder = (ROOT, ROOT / "build" / "coverage") if arguments.short or arguments.in_place else (snapshot(), WORK / "build")
     if subprocess.run([ROOT / "scripts" / "build-measured", sources, folder], check=False).returncode != 0:
         return 1
     everything = all_changes(sources)
