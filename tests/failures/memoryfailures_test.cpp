@@ -3,6 +3,8 @@
 // that an exception left, and one that just goes on.
 #include <gmock/gmock.h>
 
+#include <functional>
+
 #include "tests/failures/online.h"
 
 namespace {
@@ -230,6 +232,23 @@ TEST_P(MemoryFailures, EachAllocationOfADevicesLife) {
     if (!hit) break;
   }
   EXPECT_GT(injection::asked().size(), 30U);
+}
+
+TEST(TagNameFailures, WithoutMemoryTheNameStaysAsItIs) {
+  const std::string with_placeholder = "Conveyor[INDEX].Speed.Of.The.Motor";
+  const std::vector<std::function<void(TagName&)>> changes = {
+      [](TagName& name) { name.NameElement(300); },
+      [](TagName& name) { name.AppendIndex(300); },
+      [&](TagName& name) { name.SubstituteIndex(with_placeholder, 3); },
+  };
+  for (const auto& change : changes) {
+    TagName name;
+    name = "Conveyor.No[12]";
+    const Armed armed(Kind::Memory, 1);
+    const injection::DriverSide driver;
+    EXPECT_THROW(change(name), std::bad_alloc);
+    EXPECT_EQ(name.view(), "Conveyor.No[12]");
+  }
 }
 
 INSTANTIATE_TEST_SUITE_P(, MemoryFailures, testing::Values(After::Repeats, After::GoesOn),
