@@ -144,6 +144,8 @@ void Layout::take_structure(Symbol& symbol, const Structure& structure, const Po
 
 void Layout::read_bounds(Symbol& symbol, const TypeUse& use, const Declaration* scope) {
   std::uint64_t count = 1;
+  // An empty structure takes no memory, but counts as a byte: programs go through all elements.
+  const std::uint64_t each = std::max<std::uint64_t>(symbol.element_size + empty_structures(symbol), 1);
   for (const auto& [low, high] : use.bounds) {
     const std::int64_t lower = catalogue_.integer(low, scope);
     const std::int64_t upper = catalogue_.integer(high, scope);
@@ -156,9 +158,6 @@ void Layout::read_bounds(Symbol& symbol, const TypeUse& use, const Declaration* 
       fail(low.position, fmt::format("the bounds {}..{} are the wrong way round", lower, upper));
     symbol.dimensions.push_back({static_cast<std::int32_t>(lower), static_cast<std::int32_t>(upper)});
     const auto extent = static_cast<std::uint64_t>(upper - lower + 1);
-    // An element of an empty structure takes no memory, but counts as if it did: programs go through all of
-    // them.
-    const std::uint64_t each = std::max<std::uint64_t>(symbol.element_size, 1);
     if (extent > memory_limit_ / each / count) check_size(memory_limit_ + 1, use.position);
     count *= extent;
   }

@@ -43,19 +43,12 @@ std::optional<std::string> search(const std::vector<Symbol>& symbols, std::uint6
   return std::nullopt;
 }
 
-// A structure may consist of structures alone, down to empty ones.
-bool holds_variable(const Symbol& symbol) {
-  return symbol.type != DataType::Struct ||
-         std::any_of(symbol.members.begin(), symbol.members.end(), holds_variable);
-}
-
 bool visit_symbol(const Symbol& symbol, std::uint64_t base, const std::string& parent,
                   const std::function<bool(const Leaf&)>& visit) {
   const std::uint64_t start = base + symbol.offset;
   const std::string path = joined(parent, symbol);
   if (symbol.type != DataType::Struct) return visit(Leaf{path, &symbol, start});
-  // Elements in which there is nothing to visit can be as many as a source cares to claim.
-  if (!holds_variable(symbol)) return true;
+  if (symbol.members.empty()) return true;
   const std::uint64_t count = element_count(symbol);
   for (std::uint64_t i = 0; i < count; ++i) {
     const std::string element =

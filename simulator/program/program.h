@@ -72,6 +72,10 @@ struct Symbol {
 // Number of elements of a symbol: 1 when it is no array.
 std::uint64_t element_count(const Symbol& symbol);
 
+// Empty structures inside one element of a symbol, itself included. They take no memory, so sizes do not
+// bound their number, and yet whoever goes through all elements meets each of them.
+std::uint64_t empty_structures(const Symbol& symbol);
+
 struct Program {
   std::vector<Symbol> blocks;         // one per data block, in source order
   std::vector<std::uint8_t> initial;  // the memory at start, with all initial values in place

@@ -126,6 +126,14 @@ std::uint64_t element_count(const Symbol& symbol) {
   return count;
 }
 
+std::uint64_t empty_structures(const Symbol& symbol) {
+  if (symbol.type != DataType::Struct) return 0;
+  if (symbol.members.empty()) return 1;
+  std::uint64_t count = 0;
+  for (const Symbol& member : symbol.members) count += element_count(member) * empty_structures(member);
+  return count;
+}
+
 std::optional<Target> resolve(const std::vector<Symbol>& blocks, std::string_view path,
                               std::size_t* error_position) {
   PathReader reader(path);

@@ -28,15 +28,18 @@ std::uint64_t smallest_size(const Symbol& symbol) {
 // Bytes of all elements; nothing when the bounds are wrong or the memory could not hold them.
 std::optional<std::uint64_t> extent(const Symbol& symbol) {
   if (symbol.dimensions.size() > kMaxDimensions) return std::nullopt;
-  std::uint64_t size = symbol.element_size;
+  // An empty structure takes no bytes, so the count of them is bounded as well.
+  std::uint64_t size = std::max<std::uint64_t>(symbol.element_size + plc::empty_structures(symbol), 1);
+  if (size > kMaxMemory) return std::nullopt;
+  std::uint64_t count = 1;
   for (const auto& dimension : symbol.dimensions) {
     if (dimension.lower > dimension.upper) return std::nullopt;
-    const auto count = static_cast<std::uint64_t>(std::int64_t{dimension.upper} - dimension.lower + 1);
-    // An element may take no bytes, so the count is bounded as well.
-    size = std::max<std::uint64_t>(size, 1) * count;
+    const auto elements = static_cast<std::uint64_t>(std::int64_t{dimension.upper} - dimension.lower + 1);
+    size *= elements;
+    count *= elements;
     if (size > kMaxMemory) return std::nullopt;
   }
-  return symbol.element_size == 0 ? 0 : size;
+  return count * symbol.element_size;
 }
 
 bool is_sound(const std::vector<Symbol>& symbols, std::uint64_t room) {

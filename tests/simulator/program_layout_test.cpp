@@ -126,6 +126,16 @@ TEST(Layout, HugeProgramsAreRefused) {
   EXPECT_EQ(refusal(block_of("a : Array[1..67108864] of Byte;")), "");
 }
 
+// Its 3,600 million empty structures take no memory, and took hours to go through.
+TEST(Layout, ArraysOfArraysOfEmptyStructuresAreRefused) {
+  EXPECT_THAT(refusal(block_of("a : Array[0..60000] of Struct b : Array[0..60000] of Struct c : Struct "
+                               "END_STRUCT; END_STRUCT; END_STRUCT; d : Bool;")),
+              HasSubstr("bytes of memory"));
+  EXPECT_EQ(
+      refusal(block_of("a : Array[0..600] of Struct b : Array[0..600] of Struct END_STRUCT; END_STRUCT;")),
+      "");
+}
+
 TEST(Layout, TreesThatGrowByDoublingAreRefused) {
   std::string text = "TYPE T0 STRUCT a : Bool; b : Bool; END_STRUCT END_TYPE\n";
   for (int i = 1; i < 40; ++i) {

@@ -133,19 +133,6 @@ TEST(Paths, ListingStopsWhenAsked) {
   EXPECT_EQ(visits, 3);
 }
 
-// Was gone through element by element, for hours, since only an empty structure itself was passed over.
-TEST(Paths, ListingPassesOverStructuresThatHoldNoVariables) {
-  const Program program = load(block_of(
-      "a : Array[0..60000] of Struct b : Array[0..60000] of Struct c : Struct END_STRUCT; END_STRUCT; "
-      "END_STRUCT; d : Bool;"));
-  std::vector<std::string> paths;
-  for_each_variable(program.blocks, [&paths](const Leaf& leaf) {
-    paths.push_back(leaf.path);
-    return true;
-  });
-  EXPECT_THAT(paths, ElementsAre(::testing::EndsWith(".d")));
-}
-
 TEST(Paths, PathOfElementsStructuresAndViews) {
   const Program program = load(
       "FUNCTION_BLOCK F VAR raw : Array[0..1] of Byte; v AT raw : Word; END_VAR END_FUNCTION_BLOCK "

@@ -132,6 +132,14 @@ TEST_F(Unsound, ManyElementsOfNoSize) {
   nothing.dimensions = {{0, 2147483647}};
   EXPECT_FALSE(is_sound({nothing}));
 }
+TEST_F(Unsound, ManyElementsOfNoSizeInsideEachOther) {
+  Symbol nothing = leaf("n", DataType::Struct, 0, 0);
+  nothing.dimensions = {{0, 60000}};
+  Symbol outer = nothing;
+  outer.members.push_back(nothing);
+  EXPECT_TRUE(is_sound({nothing}));
+  EXPECT_FALSE(is_sound({outer}));
+}
 TEST_F(Unsound, MemberBeyondItsStructure) {
   name.offset = 33;
   EXPECT_FALSE(is_sound(tree));
