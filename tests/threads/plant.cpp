@@ -21,15 +21,10 @@ std::set<pid_t> threads() {
   return all;
 }
 
-void await_asleep(pid_t thread) {
-  const std::string path = "/proc/self/task/" + std::to_string(thread) + "/stat";
-  for (int times_asleep = 0; times_asleep < 100; std::this_thread::yield()) {
-    std::ifstream stat(path);
-    std::string line;
-    if (!std::getline(stat, line)) return;
-    const bool asleep = line.substr(line.rfind(')') + 2, 1) == "S";
-    times_asleep = asleep ? times_asleep + 1 : 0;
-  }
+bool is_asleep(pid_t thread) {
+  std::ifstream stat("/proc/self/task/" + std::to_string(thread) + "/stat");
+  std::string line;
+  return !std::getline(stat, line) || line.substr(line.rfind(')') + 2, 1) == "S";
 }
 
 namespace {

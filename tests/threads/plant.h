@@ -13,8 +13,8 @@
 
 // The threads of this process.
 std::set<pid_t> threads();
-// Until the kernel says that the thread sleeps, or knows it no more.
-void await_asleep(pid_t thread);
+// The kernel says that the thread sleeps, or knows it no more.
+bool is_asleep(pid_t thread);
 
 class Plant : public testing::Test {
  protected:
