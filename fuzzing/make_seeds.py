@@ -128,6 +128,9 @@ def sources():
     seed("sources", "functionblock", [0x07], b'FUNCTION_BLOCK "F"\nTITLE = x\nVERSION : 0.1\nVAR_INPUT\n t : Array[0..LIMIT] of Int;\nEND_VAR\n'
          b'VAR_TEMP\n x : Int;\nEND_VAR\nVAR CONSTANT\n k : Int := 3;\nEND_VAR\nVAR\n w : String[k];\nEND_VAR\nBEGIN\n IF #t[0] THEN ; END_IF;\nEND_FUNCTION_BLOCK\n'
          b'ORGANIZATION_BLOCK "Main"\nBEGIN\nEND_ORGANIZATION_BLOCK\nFUNCTION "G" : Void\nBEGIN\nEND_FUNCTION\n')
+    nested = "Array[0..60000] of STRUCT\n x : "
+    seed("sources", "empty-structures", [0x0C],
+         block.format(f" a : {nested * 2}STRUCT\nEND_STRUCT;\nEND_STRUCT;\nEND_STRUCT;\n", "").encode())
     seed("sources", "generator", [0x0C], block.format(" a : Int; // @ramp(0, 10, 1s)\n", "").encode())
 
 
