@@ -69,7 +69,8 @@ class TagName {
   }
   void UseBuilt() { Borrow(built_, hash_of_name(built_)); }
 
-  std::string_view name_ = "";
+  static constexpr const char* kNoText = "";  // not a null pointer: it is handed to the library
+  std::string_view name_ = kNoText;
   std::uint32_t hash_ = 0;
   std::string built_;
 };
