@@ -104,8 +104,9 @@ def _constants(tokens, source):
 
 
 def _goes_unseen(tokens, index):
-    """The name in ErrorHelper::ShowError(result, name) is deliberately shown nowhere."""
-    return [token.text for token in tokens[max(index - 4, 0) : index]][:2] == ["ShowError", "("]
+    """A library function's name that is not printed at once is for ErrorHelper::ShowError, which shows it nowhere."""
+    printed = [token.text for token in tokens[max(index - 2, 0) : index]] in (["puts", "("], ["printf", "("])
+    return tokens[index].text.startswith('"AGL_Symbolic_') and not printed
 
 
 def _another_number(text):
