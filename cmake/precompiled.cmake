@@ -26,13 +26,14 @@ add_library(ostravel_precompiled_tests STATIC ${PROJECT_BINARY_DIR}/precompiled.
 target_link_libraries(ostravel_precompiled_tests PRIVATE ostravel_options)
 target_precompile_headers(ostravel_precompiled_tests PRIVATE
   ${standard_headers} <fmt/format.h> <gmock/gmock.h> <gtest/gtest.h> <nlohmann/json.hpp>)
+# Also for those that do without the library: the headers know what they were read with.
+get_target_property(fmt_definitions fmt::fmt INTERFACE_COMPILE_DEFINITIONS)
 set(options_programs ${OSTRAVEL_PRECOMPILED_OPTIONS})
 set(options_tests ${OSTRAVEL_PRECOMPILED_OPTIONS} ${OSTRAVEL_PRECOMPILED_TEST_OPTIONS})
 foreach(name programs tests)
   target_compile_options(ostravel_precompiled_${name} PRIVATE ${options_${name}})
-  target_compile_definitions(ostravel_precompiled_${name} PRIVATE FMT_SHARED)
   target_link_libraries(ostravel_precompiled_${name} PRIVATE
-    Threads::Threads fmt::fmt-header-only nlohmann_json::nlohmann_json)
+    Threads::Threads fmt::fmt nlohmann_json::nlohmann_json)
 endforeach()
 target_link_libraries(ostravel_precompiled_tests PRIVATE GTest::gmock)
 
@@ -67,14 +68,17 @@ function(ostravel_precompile folder)
     if(NOT type MATCHES "^(EXECUTABLE|(STATIC|SHARED|MODULE|OBJECT)_LIBRARY)$")
       continue()
     endif()
+    get_target_property(libraries ${target} LINK_LIBRARIES)
+    if("fmt::fmt-header-only" IN_LIST libraries)
+      continue()  # read with other definitions
+    endif()
     ostravel_links_googletest(${target} is_test)
     set(name programs)
     if(is_test)
       set(name tests)
     endif()
     target_precompile_headers(${target} REUSE_FROM ostravel_precompiled_${name})
-    # FMT_SHARED: the headers know of it when the package of the library defines it for those who link that.
-    target_compile_definitions(${target} PRIVATE FMT_HEADER_ONLY=1 FMT_SHARED)
+    target_compile_definitions(${target} PRIVATE ${fmt_definitions})
     target_compile_options(${target} PRIVATE -fPIC ${options_${name}} ${library_noise})
   endforeach()
   get_property(subfolders DIRECTORY ${folder} PROPERTY SUBDIRECTORIES)

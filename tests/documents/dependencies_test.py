@@ -13,7 +13,7 @@ PACKAGES = {
     "nlohmann": "nlohmann-json3-dev", "toml++": "libtomlplusplus-dev",
 }
 PART_OF_THE_SYSTEM = {"mount", "util-linux"}  # for scripts/private-project; on every Debian
-OF_LINUX = re.compile(r"(sys|arpa|netinet|linux|net)/")
+OF_LINUX = re.compile(r"(sys|arpa|netinet|linux|net|sanitizer)/")  # and what comes with the compiler
 INCLUDE = re.compile(r'^#include <([\w+]+)(?:\.h|\.hpp)?(/[^>]*)?>', re.MULTILINE)
 
 
