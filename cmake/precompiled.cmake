@@ -56,7 +56,10 @@ function(ostravel_links_googletest target result)
 endfunction()
 
 # g++ 12 forgets that what it sees in precompiled headers is the library's own (its bug 105651 in other clothes).
-set(library_noise $<$<COMPILE_LANG_AND_ID:CXX,GNU>:-Wno-array-bounds> $<$<COMPILE_LANG_AND_ID:CXX,GNU>:-Wno-stringop-overflow>)
+set(library_noise)
+foreach(warning array-bounds stringop-overflow stringop-overread)
+  list(APPEND library_noise $<$<COMPILE_LANG_AND_ID:CXX,GNU>:-Wno-${warning}>)
+endforeach()
 
 # -fPIC: programs and libraries can share the headers only when they are compiled alike.
 function(ostravel_precompile folder)
