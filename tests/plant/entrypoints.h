@@ -15,8 +15,9 @@ struct EntryPointTimes {
   std::uint64_t calls = 0;
   std::chrono::nanoseconds longest{0};             // of all calls
   std::chrono::nanoseconds library_in_longest{0};  // what of it was the library's
-  std::chrono::nanoseconds longest_own{0};         // longest remainder when the library's part is taken away
-  std::string slowest;                             // the entry point with that remainder
+  std::chrono::nanoseconds longest_own{
+      0};               // longest without the library's part and what the machine withheld
+  std::string slowest;  // the entry point with that remainder
 };
 
 // Puts a clock around every entry point with which a device is served. One driver a process; the library is

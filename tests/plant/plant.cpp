@@ -2,6 +2,7 @@
 #include "tests/plant/plant.h"
 
 #include <fmt/format.h>
+#include <unistd.h>
 
 #include <cstdlib>
 #include <filesystem>
@@ -136,7 +137,11 @@ void Plant::after_poll(Outcome outcome, std::int64_t start, std::int64_t end) {
     return;
   }
   const bool return_fell_into_it = start < returned_at_ && returned_at_ <= end;
-  if (!lost_ || return_fell_into_it) free_since_ = end;
+  const auto so_far = withheld();
+  if (!lost_ || return_fell_into_it) {
+    free_since_ = end;
+    withheld_before_ = so_far;
+  }
   lost_ = true;
   if (waiting_since_ == 0) waiting_since_ = end;
   if (outcome == Outcome::Failed || nanoseconds(now() - waiting_since_) > kRuntimeTimeout * slowness()) {
@@ -168,7 +173,14 @@ void Plant::serve(std::uint64_t batches) {
   }
 }
 
+nanoseconds Plant::withheld() {
+  withheld_.look_at(getpid());
+  withheld_.look_at(record_->keeper());
+  return withheld_.total();
+}
+
 void Plant::expect_loss() {
+  withheld_ = {};  // threads of long ago say nothing
   lost_ = false;
   free_since_ = 0;
   returned_at_ = 0;
@@ -177,6 +189,7 @@ void Plant::expect_loss() {
 
 nanoseconds Plant::recover(std::optional<std::int64_t> returned_at) {
   returned_at_ = returned_at.value_or(0);
+  withheld_before_ = withheld();
   const auto until = now() + kPatience.count();
   for (;;) {
     const auto start = now();
@@ -185,9 +198,11 @@ nanoseconds Plant::recover(std::optional<std::int64_t> returned_at) {
     if (!returned_at && record_->returned_at() > disturbed_at_ && returned_at_ == 0) {
       returned_at_ = record_->returned_at();
       if (outcome != Outcome::Served && start < returned_at_) free_since_ = end;
+      withheld_before_ = withheld();
     }
     if (outcome == Outcome::Served && mostly_good_ && returned_at_ != 0) {
-      return nanoseconds(std::max<std::int64_t>(end - std::max(returned_at_, free_since_), 0));
+      const nanoseconds passed(end - std::max(returned_at_, free_since_));
+      return std::max(passed - (withheld() - withheld_before_), nanoseconds(0));
     }
     if (end > until) throw std::runtime_error("values do not come back");
   }

@@ -18,6 +18,7 @@
 #include "tests/plant/batches.h"
 #include "tests/plant/comparer.h"
 #include "tests/plant/record.h"
+#include "tests/plant/withheld.h"
 
 namespace ostravel::plant {
 
@@ -70,7 +71,7 @@ class Plant {
   // Two parts of a disturbance: what is to come is noted as lost from here on; then, once the PLC was told
   // what to do, polls until values are back. The result is the time that passed from the PLC's return on, or
   // from the moment at which the driver came back from a call of the library that was under way then. Without
-  // a moment of return the PLC notes its own.
+  // a moment of return the PLC notes its own. What the machine withheld from runtime and PLC does not count.
   void expect_loss();
   std::chrono::nanoseconds recover(std::optional<std::int64_t> returned_at);
 
@@ -94,6 +95,7 @@ class Plant {
  private:
   std::vector<host::Access> accesses() const;
   void judge(const host::BatchAnswer& answer, std::uint64_t first, std::uint64_t last);
+  std::chrono::nanoseconds withheld();
   void after_poll(host::Outcome outcome, std::int64_t start, std::int64_t end);
 
   Scratch scratch_;
@@ -114,6 +116,8 @@ class Plant {
   bool lost_ = false;               // since expect_loss
   std::int64_t free_since_ = 0;  // end of the call in which the loss was seen, or that the return fell into
   std::int64_t returned_at_ = 0;
+  Withheld withheld_;
+  std::chrono::nanoseconds withheld_before_{0};  // the recovery's clock began
   std::int64_t disturbed_at_ = 0;
   unsigned variant_ = 0;
   std::vector<std::string> symbol_files_;

@@ -8,6 +8,8 @@
 //   return
 //
 // Between a command or a cycle and the record of what it did no client is served.
+#include <unistd.h>
+
 #include <CLI/CLI.hpp>
 #include <asio.hpp>
 #include <cstdlib>
@@ -37,6 +39,7 @@ class PlantPlc {
            const std::string& record)
       : core_(std::move(program), {}), listener_(core_, listen, port), record_(record), cycle_(cycle) {
     core_.close_port = [this](milliseconds pause) { listener_.close_for(pause); };
+    record_.sign(getpid());
     take_program();
     timer_.expires_after(cycle_);
     wait_for_cycle();

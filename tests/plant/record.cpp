@@ -23,6 +23,7 @@ struct Record::Slot {
 struct Record::Shared {
   std::atomic<std::uint64_t> moment;
   std::atomic<std::int64_t> returned_at;
+  std::atomic<std::int32_t> keeper;
   std::array<Slot, kMoments> slots;
 };
 
@@ -76,6 +77,14 @@ Image Record::image(std::uint64_t moment) const {
 bool Record::still_holds(std::uint64_t moment) const {
   std::atomic_thread_fence(std::memory_order_acquire);
   return slot(moment).moment == moment;
+}
+
+void Record::sign(std::int32_t process) {
+  shared_->keeper = process;
+}
+
+std::int32_t Record::keeper() const {
+  return shared_->keeper;
 }
 
 void Record::mark_return() {

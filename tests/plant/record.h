@@ -44,6 +44,10 @@ class Record {
   Image image(std::uint64_t moment) const;
   bool still_holds(std::uint64_t moment) const;
 
+  // The process that keeps the record, 0 before the first.
+  void sign(std::int32_t process);
+  std::int32_t keeper() const;
+
   // When the PLC last came back by itself, on the clock that all processes share; 0: not yet.
   void mark_return();
   std::int64_t returned_at() const;
