@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// Linked into the test programs whose coverage is measured: a process that aborts, as those of death tests do by
-// design, leaves its counters all the same.
+// Linked into the test programs whose coverage is measured: a process that aborts, as those of death tests do
+// by design, leaves its counters all the same.
 #include <csignal>
 
 // Weak: the configuration links programs without counters, too.
