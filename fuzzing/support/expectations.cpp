@@ -93,11 +93,13 @@ bool is_write(const GUI_REQUEST& request) {
 
 bool write_raises(const GData& device, const GUI_REQUEST& request) {
   if (name_raises(row_name(device, request))) return true;
-  if (!is_text(said().first_value_type)) return false;
   const bool text = request.byDriverData[kTagDataTypeOffset] == DT_STRING;
   const std::vector<unsigned char>& data = text ? write_string_data : device.write_bytes;
+  const bool lone_zero = data.size() == 1 && data[0] == 0;
+  // One that says "text" only later has its elements written one by one, of which there is none without data.
+  if (!is_text(said().first_value_type)) return lone_zero && is_text(said().value_type);
   // A library that takes its type back leaves a number to be written from behind the end.
-  return data.empty() || (data.size() == 1 && data[0] == 0) || said().value_type != said().first_value_type;
+  return data.empty() || lone_zero || said().value_type != said().first_value_type;
 }
 
 }  // namespace

@@ -72,8 +72,9 @@ struct Symbol {
 // Number of elements of a symbol: 1 when it is no array.
 std::uint64_t element_count(const Symbol& symbol);
 
-// Empty structures inside one element of a symbol, itself included. They take no memory, so sizes do not
-// bound their number, and yet whoever goes through all elements meets each of them.
+// Empty structures, and variables of types without a known layout, inside one element of a symbol, itself
+// included. They take no memory, so sizes do not bound their number, and yet whoever goes through all
+// elements meets each of them.
 std::uint64_t empty_structures(const Symbol& symbol);
 
 struct Program {

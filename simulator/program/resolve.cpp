@@ -127,7 +127,7 @@ std::uint64_t element_count(const Symbol& symbol) {
 }
 
 std::uint64_t empty_structures(const Symbol& symbol) {
-  if (symbol.type != DataType::Struct) return 0;
+  if (symbol.type != DataType::Struct) return symbol.element_size == 0 ? 1 : 0;
   if (symbol.members.empty()) return 1;
   std::uint64_t count = 0;
   for (const Symbol& member : symbol.members) count += element_count(member) * empty_structures(member);

@@ -136,6 +136,13 @@ TEST(Layout, ArraysOfArraysOfEmptyStructuresAreRefused) {
       "");
 }
 
+TEST(Layout, ArraysOfArraysOfTypesWithoutAKnownLayoutAreRefused) {
+  EXPECT_THAT(
+      refusal(block_of("a : Array[0..60000] of Struct b : Array[0..60000] of Struct c : TCON_Unknown; "
+                       "END_STRUCT; END_STRUCT; d : Bool;")),
+      HasSubstr("bytes of memory"));
+}
+
 TEST(Layout, TreesThatGrowByDoublingAreRefused) {
   std::string text = "TYPE T0 STRUCT a : Bool; b : Bool; END_STRUCT END_TYPE\n";
   for (int i = 1; i < 40; ++i) {
